@@ -1,0 +1,167 @@
+// In-process system property store behind <cutils/properties.h>.
+#include <cutils/properties.h>
+
+#include <errno.h>
+#include <inttypes.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include <fstream>
+#include <limits>
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "hostctl/Properties.h"
+
+namespace {
+
+struct Store {
+    std::mutex lock;
+    std::map<std::string, std::string, std::less<>> values;
+};
+
+Store& store() {
+    static Store* s = new Store();
+    return *s;
+}
+
+// Copies the stored value of `key` (cut to PROPERTY_VALUE_MAX - 1 bytes); false when missing.
+bool lookup(const char* key, char* out) {
+    std::lock_guard<std::mutex> g(store().lock);
+    auto it = store().values.find(key);
+    if (it == store().values.end()) return false;
+    snprintf(out, PROPERTY_VALUE_MAX, "%s", it->second.c_str());
+    return true;
+}
+
+template <typename T>
+T getInt(const char* key, T defaultValue) {
+    if (key == nullptr) return defaultValue;
+    char buf[PROPERTY_VALUE_MAX] = {};
+    if (property_get(key, buf, "") < 1) return defaultValue;
+    int savedErrno = errno;
+    errno = 0;
+    char* end = nullptr;
+    intmax_t v = strtoimax(buf, &end, 0);
+    T result = defaultValue;
+    if (errno != ERANGE && end != buf && *end == '\0' && v >= std::numeric_limits<T>::min() &&
+        v <= std::numeric_limits<T>::max()) {
+        result = static_cast<T>(v);
+    }
+    errno = savedErrno;
+    return result;
+}
+
+std::string trim(const std::string& s) {
+    size_t b = s.find_first_not_of(" \t\r");
+    if (b == std::string::npos) return "";
+    size_t e = s.find_last_not_of(" \t\r");
+    return s.substr(b, e - b + 1);
+}
+
+}  // namespace
+
+extern "C" {
+
+int property_get(const char* key, char* value, const char* default_value) {
+    if (value == nullptr) return -1;
+    value[0] = '\0';
+    int len = 0;
+    if (key != nullptr && lookup(key, value)) len = static_cast<int>(strlen(value));
+    if (len < 1 && default_value != nullptr) {
+        snprintf(value, PROPERTY_VALUE_MAX, "%s", default_value);
+        len = static_cast<int>(strlen(value));
+    }
+    return len;
+}
+
+int8_t property_get_bool(const char* key, int8_t default_value) {
+    if (key == nullptr) return default_value;
+    char buf[PROPERTY_VALUE_MAX] = {};
+    int len = property_get(key, buf, "");
+    if (len == 1) {
+        if (buf[0] == '0' || buf[0] == 'n') return 0;
+        if (buf[0] == '1' || buf[0] == 'y') return 1;
+    } else if (len > 1) {
+        if (!strcmp(buf, "no") || !strcmp(buf, "false") || !strcmp(buf, "off")) return 0;
+        if (!strcmp(buf, "yes") || !strcmp(buf, "true") || !strcmp(buf, "on")) return 1;
+    }
+    return default_value;
+}
+
+int64_t property_get_int64(const char* key, int64_t default_value) {
+    return getInt<int64_t>(key, default_value);
+}
+
+int32_t property_get_int32(const char* key, int32_t default_value) {
+    return getInt<int32_t>(key, default_value);
+}
+
+int property_set(const char* key, const char* value) {
+    if (key == nullptr || key[0] == '\0') return -1;
+    if (value == nullptr) value = "";
+    if (strlen(value) >= PROPERTY_VALUE_MAX) return -1;
+    std::lock_guard<std::mutex> g(store().lock);
+    auto it = store().values.find(key);
+    if (it != store().values.end() && strncmp(key, "ro.", 3) == 0) return -1;
+    store().values[key] = value;
+    return 0;
+}
+
+int property_list(void (*propfn)(const char* key, const char* value, void* cookie),
+                  void* cookie) {
+    if (propfn == nullptr) return -1;
+    for (const auto& [k, v] : hostctl::properties()) propfn(k.c_str(), v.c_str(), cookie);
+    return 0;
+}
+
+}  // extern "C"
+
+namespace hostctl {
+
+void setProperty(const std::string& name, const std::string& value) {
+    std::lock_guard<std::mutex> g(store().lock);
+    store().values[name] = value;
+}
+
+void removeProperty(const std::string& name) {
+    std::lock_guard<std::mutex> g(store().lock);
+    auto it = store().values.find(name);
+    if (it != store().values.end()) store().values.erase(it);
+}
+
+void clearProperties() {
+    std::lock_guard<std::mutex> g(store().lock);
+    store().values.clear();
+}
+
+std::map<std::string, std::string> properties() {
+    std::lock_guard<std::mutex> g(store().lock);
+    return std::map<std::string, std::string>(store().values.begin(), store().values.end());
+}
+
+bool loadPropertyFile(const std::string& path, std::string* error) {
+    std::ifstream in(path);
+    if (!in) {
+        if (error) *error = path + ": cannot open";
+        return false;
+    }
+    std::string line;
+    int lineNo = 0;
+    while (std::getline(in, line)) {
+        ++lineNo;
+        std::string t = trim(line);
+        if (t.empty() || t[0] == '#') continue;
+        size_t eq = t.find('=');
+        if (eq == std::string::npos || trim(t.substr(0, eq)).empty()) {
+            if (error) *error = path + ":" + std::to_string(lineNo) + ": expected name=value";
+            return false;
+        }
+        setProperty(trim(t.substr(0, eq)), trim(t.substr(eq + 1)));
+    }
+    return true;
+}
+
+}  // namespace hostctl

@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and plays the example device's tour through the library.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh
+scripts/build.sh build
+exec build/bin/camext explain --package com.whatsapp --config examples/device/odm/etc/camera/fwk_config.json
