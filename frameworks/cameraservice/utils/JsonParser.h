@@ -1,0 +1,103 @@
+/*
+ * The feature configuration: "odm/etc/camera/fwk_config.json", a "default" section and one
+ * section per app package, each an object of keys. A key is looked up in the app's section first
+ * and then in "default"; a key found in neither, or holding a value of the wrong JSON type,
+ * answers the caller's default.
+ *
+ * The file is loaded once, by initJsonParser() when the extension object is built, and is
+ * read-only afterwards: getters take no lock and do no heap allocation for scalar keys.
+ */
+#ifndef VANTU_CAMERASERVICE_UTILS_JSONPARSER_H
+#define VANTU_CAMERASERVICE_UTILS_JSONPARSER_H
+
+#include <json-c/json.h>
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <utils/RefBase.h>
+
+namespace android {
+
+class JsonParser : public RefBase {
+public:
+    // Loads `path`, a device path resolved against the device root ("odm/etc/camera/..."). A
+    // missing or malformed file logs one error and leaves the parser empty.
+    explicit JsonParser(const char* path);
+    ~JsonParser() override;
+
+    JsonParser(const JsonParser&) = delete;
+    JsonParser& operator=(const JsonParser&) = delete;
+
+    void parserJsonFile(const char* path);
+
+    bool getBool(const char* key, const char* package, bool defaultValue) const;
+    int getInt(const char* key, const char* package, int defaultValue) const;
+    double getDouble(const char* key, const char* package, double defaultValue) const;
+    std::string getString(const char* key, const char* package,
+                          const std::string& defaultValue) const;
+    // Append the array's elements of the right type to `out` (which is not cleared first).
+    void getBoolArray(const char* key, const char* package, std::vector<bool>& out) const;
+    void getIntArray(const char* key, const char* package, std::vector<int>& out) const;
+    void getDoubleArray(const char* key, const char* package, std::vector<double>& out) const;
+    void getStringArray(const char* key, const char* package,
+                        std::vector<std::string>& out) const;
+
+    // Where a key's value for a package comes from, as the getters decide it.
+    enum class Origin {
+        App,        // the package's own section
+        Default,    // the "default" section
+        Missing,    // in neither (or null in both): the caller's default
+        WrongType,  // found, but not of the requested JSON type: the caller's default
+    };
+    struct Resolution {
+        Origin origin;
+        // The value found (App, Default, WrongType) or nullptr; owned by the parser.
+        json_object* value;
+    };
+    // Resolves `key` for `package` (null: "default") expecting `type`, without logging.
+    Resolution resolve(const char* key, const char* package, json_type type) const;
+
+    size_t sectionCount() const { return mSections.size(); }
+
+private:
+    // Transparent comparators let lookups take a string_view without building a std::string.
+    using KeyMap = std::map<std::string, json_object*, std::less<>>;
+    using SectionMap = std::map<std::string, KeyMap, std::less<>>;
+
+    json_object* find(std::string_view section, std::string_view key) const;
+    // Resolves like resolve() and logs a type error under the getter's name.
+    json_object* candidate(const char* getter, const char* key, const char* package,
+                           json_type type) const;
+    template <typename T, typename Read>
+    void appendArray(const char* getter, const char* key, const char* package, json_type type,
+                     Read read, std::vector<T>& out) const;
+
+    json_object* mRoot = nullptr;  // owns every value the maps point to
+    SectionMap mSections;
+};
+
+// Loads `path` into a new parser that becomes the current one.
+void initJsonParser(const char* path);
+// The package that getters called without one use; null means "default".
+void setJsonPackageName(const char* name);
+// The current package name ("default" until set).
+const char* getJsonPackageName();
+
+// Look `key` up for `package` (null: the current package) in the current parser. Without a
+// parser the scalar getters answer their default and the array getters leave `out` untouched.
+bool getBool(const char* key, bool defaultValue, const char* package = nullptr);
+int getInt(const char* key, int defaultValue, const char* package = nullptr);
+double getDouble(const char* key, double defaultValue, const char* package = nullptr);
+std::string getString(const char* key, const std::string& defaultValue,
+                      const char* package = nullptr);
+void getBoolArray(const char* key, std::vector<bool>& out, const char* package = nullptr);
+void getIntArray(const char* key, std::vector<int>& out, const char* package = nullptr);
+void getDoubleArray(const char* key, std::vector<double>& out, const char* package = nullptr);
+void getStringArray(const char* key, std::vector<std::string>& out, const char* package = nullptr);
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_UTILS_JSONPARSER_H
