@@ -198,32 +198,32 @@ void JsonParser::appendArray(const char* getter, const char* key, const char* pa
 
 void JsonParser::getBoolArray(const char* key, const char* package, std::vector<bool>& out) const {
     appendArray(
-            "getBoolArray", key, package, json_type_boolean,
-            [](json_object* e) { return json_object_get_boolean(e) != 0; }, out);
+        "getBoolArray", key, package, json_type_boolean,
+        [](json_object* e) { return json_object_get_boolean(e) != 0; }, out);
 }
 
 void JsonParser::getIntArray(const char* key, const char* package, std::vector<int>& out) const {
     appendArray(
-            "getIntArray", key, package, json_type_int,
-            [](json_object* e) { return json_object_get_int(e); }, out);
+        "getIntArray", key, package, json_type_int,
+        [](json_object* e) { return json_object_get_int(e); }, out);
 }
 
 void JsonParser::getDoubleArray(const char* key, const char* package,
                                 std::vector<double>& out) const {
     appendArray(
-            "getDoubleArray", key, package, json_type_double,
-            [](json_object* e) { return json_object_get_double(e); }, out);
+        "getDoubleArray", key, package, json_type_double,
+        [](json_object* e) { return json_object_get_double(e); }, out);
 }
 
 void JsonParser::getStringArray(const char* key, const char* package,
                                 std::vector<std::string>& out) const {
     appendArray(
-            "getStringArray", key, package, json_type_string,
-            [](json_object* e) {
-                return std::string(json_object_get_string(e),
-                                   static_cast<size_t>(json_object_get_string_len(e)));
-            },
-            out);
+        "getStringArray", key, package, json_type_string,
+        [](json_object* e) {
+            return std::string(json_object_get_string(e),
+                               static_cast<size_t>(json_object_get_string_len(e)));
+        },
+        out);
 }
 
 // ---- The current parser and package of the process ----

@@ -11,13 +11,12 @@
 #define VANTU_CAMERASERVICE_UTILS_JSONPARSER_H
 
 #include <json-c/json.h>
+#include <utils/RefBase.h>
 
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <utils/RefBase.h>
 
 namespace android {
 
@@ -42,8 +41,7 @@ public:
     void getBoolArray(const char* key, const char* package, std::vector<bool>& out) const;
     void getIntArray(const char* key, const char* package, std::vector<int>& out) const;
     void getDoubleArray(const char* key, const char* package, std::vector<double>& out) const;
-    void getStringArray(const char* key, const char* package,
-                        std::vector<std::string>& out) const;
+    void getStringArray(const char* key, const char* package, std::vector<std::string>& out) const;
 
     // Where a key's value for a package comes from, as the getters decide it.
     enum class Origin {

@@ -1,7 +1,9 @@
 #include "utils/VantuLog.h"
 
 #include <android/log.h>
+#include <binder/IPCThreadState.h>
 #include <ctype.h>
+#include <cutils/properties.h>
 #include <errno.h>
 #include <stdarg.h>
 #include <stdio.h>
@@ -9,9 +11,6 @@
 #include <string.h>
 
 #include <atomic>
-
-#include <binder/IPCThreadState.h>
-#include <cutils/properties.h>
 
 namespace {
 
@@ -48,9 +47,10 @@ void log_print(int level, const char* format, ...) {
 }
 
 uint8_t readLogSwitchProperties() {
-    return propertyIsTrue("persist.sys.assert.panic") || propertyIsTrue("persist.camera.assert.panic")
-                   ? 1
-                   : 0;
+    return propertyIsTrue("persist.sys.assert.panic") ||
+                   propertyIsTrue("persist.camera.assert.panic")
+               ? 1
+               : 0;
 }
 
 void setExtLogSwitch(uint8_t value) {

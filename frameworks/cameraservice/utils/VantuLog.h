@@ -21,7 +21,6 @@
 
 #include <stdint.h>
 #include <sys/types.h>
-
 #include <utils/String8.h>
 
 namespace android {
