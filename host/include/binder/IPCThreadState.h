@@ -53,11 +53,11 @@ public:
     // back to the process's own identity.
     void setCallingIdentityForHost(uid_t uid, pid_t pid);
     void resetCallingIdentityForHost();
-
-    IPCThreadState();
-    ~IPCThreadState();
+    bool hasCallingIdentityForHost() const { return mHasCallingIdentity; }
 
 private:
+    IPCThreadState();
+    ~IPCThreadState();
     IPCThreadState(const IPCThreadState&) = delete;
     IPCThreadState& operator=(const IPCThreadState&) = delete;
 

@@ -245,6 +245,7 @@ private:
     status_t writeString16Raw(const char16_t* str, int32_t len);
     const char16_t* readString16Raw(size_t* outLen, bool* isNull) const;
     status_t readNullableBinderAt(sp<IBinder>* val) const;
+    bool overlapsObject(size_t pos, size_t len) const;
 
     template <typename T>
     status_t writeVector(const std::vector<T>& val, status_t (Parcel::*writeOne)(T));

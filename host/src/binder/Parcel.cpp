@@ -1,0 +1,537 @@
+/*
+ * Parcel: data management, fixed-size items, RPC headers, binder objects and blobs. Strings,
+ * vectors and parcelables are in ParcelStrings.cpp.
+ */
+#include <binder/Parcel.h>
+
+#include <stdlib.h>
+#include <string.h>
+
+#include <android/log.h>
+#include <binder/IPCThreadState.h>
+#include <binder/Status.h>
+
+#include "ParcelWire.h"
+
+namespace android {
+
+using parcelwire::padSize;
+
+namespace {
+
+constexpr const char kLogTag[] = "Parcel";
+
+// A flat_binder_object as laid out on a 64-bit kernel.
+struct FlatBinderObject {
+    uint32_t type;
+    uint32_t flags;
+    uint64_t binder;  // or the handle in its low 32 bits
+    uint64_t cookie;
+};
+static_assert(sizeof(FlatBinderObject) == parcelwire::kFlatBinderObjectSize,
+              "flat_binder_object is 24 bytes on a 64-bit kernel");
+
+}  // namespace
+
+Parcel::Parcel() : mData(nullptr), mDataSize(0), mDataCapacity(0), mDataPos(0) {}
+
+Parcel::~Parcel() { freeData(); }
+
+const uint8_t* Parcel::data() const { return mData; }
+
+size_t Parcel::dataSize() const { return mDataSize > mDataPos ? mDataSize : mDataPos; }
+
+size_t Parcel::dataAvail() const { return mDataPos < mDataSize ? mDataSize - mDataPos : 0; }
+
+size_t Parcel::dataPosition() const { return mDataPos; }
+
+size_t Parcel::dataCapacity() const { return mDataCapacity; }
+
+status_t Parcel::setDataSize(size_t size) {
+    if (size > INT32_MAX) return BAD_VALUE;
+    status_t err = setDataCapacity(size);
+    if (err != OK) return err;
+    mDataSize = size;
+    if (mDataPos > size) mDataPos = size;
+    // Binder objects cut off by the new size are gone.
+    while (!mObjects.empty() &&
+           mObjects.back().offset + parcelwire::kFlatBinderObjectSize > mDataSize) {
+        mObjects.pop_back();
+    }
+    return OK;
+}
+
+void Parcel::setDataPosition(size_t pos) const {
+    // A position past INT32_MAX is fatal on a phone; here it just makes every read fail.
+    mDataPos = pos;
+}
+
+status_t Parcel::setDataCapacity(size_t size) {
+    if (size > INT32_MAX) return BAD_VALUE;
+    if (size <= mDataCapacity) return OK;
+    uint8_t* data = static_cast<uint8_t*>(realloc(mData, size));
+    if (data == nullptr) return NO_MEMORY;
+    // New room is zeroed so gaps left by setDataPosition never expose stale bytes.
+    memset(data + mDataCapacity, 0, size - mDataCapacity);
+    mData = data;
+    mDataCapacity = size;
+    return OK;
+}
+
+status_t Parcel::setData(const uint8_t* buffer, size_t len) {
+    if (len > INT32_MAX) return BAD_VALUE;
+    if (buffer == nullptr && len > 0) return BAD_VALUE;
+    freeData();
+    status_t err = setDataCapacity(len);
+    if (err != OK) return err;
+    if (len > 0) memcpy(mData, buffer, len);
+    mDataSize = len;
+    return OK;
+}
+
+status_t Parcel::appendFrom(const Parcel* parcel, size_t start, size_t len) {
+    if (parcel == nullptr || parcel == this) return BAD_VALUE;
+    if (len == 0) return OK;
+    if (len > INT32_MAX || start > parcel->mDataSize || len > parcel->mDataSize - start) {
+        return BAD_VALUE;
+    }
+    const size_t at = mDataSize;
+    mDataPos = at;
+    status_t err = reserve(len);
+    if (err != OK) return err;
+    memcpy(mData + at, parcel->mData + start, len);
+    finishWrite(len);
+    for (const Object& obj : parcel->mObjects) {
+        if (obj.offset >= start && obj.offset + parcelwire::kFlatBinderObjectSize <= start + len) {
+            const size_t offset = at + obj.offset - start;
+            FlatBinderObject flat;
+            memcpy(&flat, mData + offset, sizeof(flat));
+            if (obj.binder != nullptr) {
+                flat.binder = mObjects.size();
+                memcpy(mData + offset, &flat, sizeof(flat));
+            }
+            mObjects.push_back({offset, obj.binder});
+        }
+    }
+    return OK;
+}
+
+int Parcel::compareData(const Parcel& other) const {
+    const size_t size = mDataSize;
+    if (size != other.mDataSize) return size < other.mDataSize ? -1 : 1;
+    return size == 0 ? 0 : memcmp(mData, other.mData, size);
+}
+
+size_t Parcel::objectsCount() const { return mObjects.size(); }
+
+void Parcel::freeData() {
+    free(mData);
+    mData = nullptr;
+    mDataSize = 0;
+    mDataCapacity = 0;
+    mDataPos = 0;
+    mObjects.clear();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Writing
+
+status_t Parcel::reserve(size_t len) {
+    if (len > INT32_MAX || mDataPos > INT32_MAX || mDataPos + len > INT32_MAX) return BAD_VALUE;
+    const size_t end = mDataPos + len;
+    if (end <= mDataCapacity) return OK;
+    // Grow by half again, as libbinder does, so a run of small writes reallocates rarely.
+    size_t newCapacity = (end * 3) / 2;
+    if (newCapacity > INT32_MAX) newCapacity = INT32_MAX;
+    return setDataCapacity(newCapacity);
+}
+
+void Parcel::finishWrite(size_t len) {
+    mDataPos += len;
+    if (mDataPos > mDataSize) mDataSize = mDataPos;
+}
+
+status_t Parcel::writeAlignedRaw(const void* val, size_t len) {
+    status_t err = reserve(len);
+    if (err != OK) return err;
+    memcpy(mData + mDataPos, val, len);
+    finishWrite(len);
+    return OK;
+}
+
+void* Parcel::writeInplace(size_t len) {
+    if (len > INT32_MAX) return nullptr;
+    const size_t padded = padSize(len);
+    if (reserve(padded) != OK) return nullptr;
+    uint8_t* data = mData + mDataPos;
+    memset(data + len, 0, padded - len);
+    finishWrite(padded);
+    return data;
+}
+
+status_t Parcel::write(const void* data, size_t len) {
+    if (data == nullptr && len > 0) return BAD_VALUE;
+    void* d = writeInplace(len);
+    if (d == nullptr) return len > INT32_MAX ? BAD_VALUE : NO_MEMORY;
+    if (len > 0) memcpy(d, data, len);
+    return OK;
+}
+
+status_t Parcel::writeUnpadded(const void* data, size_t len) {
+    if (data == nullptr && len > 0) return BAD_VALUE;
+    status_t err = reserve(len);
+    if (err != OK) return err;
+    if (len > 0) memcpy(mData + mDataPos, data, len);
+    finishWrite(len);
+    return OK;
+}
+
+status_t Parcel::writeInt32(int32_t val) { return writeAlignedRaw(&val, sizeof(val)); }
+status_t Parcel::writeUint32(uint32_t val) { return writeAlignedRaw(&val, sizeof(val)); }
+status_t Parcel::writeInt64(int64_t val) { return writeAlignedRaw(&val, sizeof(val)); }
+status_t Parcel::writeUint64(uint64_t val) { return writeAlignedRaw(&val, sizeof(val)); }
+status_t Parcel::writeFloat(float val) { return writeAlignedRaw(&val, sizeof(val)); }
+status_t Parcel::writeDouble(double val) { return writeAlignedRaw(&val, sizeof(val)); }
+status_t Parcel::writeBool(bool val) { return writeInt32(val ? 1 : 0); }
+status_t Parcel::writeChar(char16_t val) { return writeInt32(static_cast<int32_t>(val)); }
+status_t Parcel::writeByte(int8_t val) { return writeInt32(static_cast<int32_t>(val)); }
+
+status_t Parcel::writeNoException() { return writeInt32(0); }
+
+// ---------------------------------------------------------------------------------------------
+// Reading
+
+// Plain reads must not see the bytes of a binder object.
+bool Parcel::overlapsObject(size_t pos, size_t len) const {
+    for (const Object& obj : mObjects) {
+        if (pos < obj.offset + parcelwire::kFlatBinderObjectSize && obj.offset < pos + len) {
+            return true;
+        }
+    }
+    return false;
+}
+
+status_t Parcel::readAlignedRaw(void* val, size_t len) const {
+    if (mDataPos > mDataSize || len > mDataSize - mDataPos) return NOT_ENOUGH_DATA;
+    if (overlapsObject(mDataPos, len)) {
+        __android_log_print(ANDROID_LOG_ERROR, kLogTag,
+                            "Attempt to read %zu bytes at offset %zu over a binder object", len,
+                            mDataPos);
+        return BAD_VALUE;
+    }
+    memcpy(val, mData + mDataPos, len);
+    mDataPos += len;
+    return OK;
+}
+
+const void* Parcel::readInplace(size_t len) const {
+    if (len > INT32_MAX) return nullptr;
+    const size_t padded = padSize(len);
+    if (mDataPos > mDataSize || padded > mDataSize - mDataPos) return nullptr;
+    if (overlapsObject(mDataPos, padded)) return nullptr;
+    const void* data = mData + mDataPos;
+    mDataPos += padded;
+    return data;
+}
+
+status_t Parcel::read(void* outData, size_t len) const {
+    if (outData == nullptr && len > 0) return BAD_VALUE;
+    const void* d = readInplace(len);
+    if (d == nullptr) return NOT_ENOUGH_DATA;
+    if (len > 0) memcpy(outData, d, len);
+    return OK;
+}
+
+namespace {
+
+// Reads one fixed-size item; the value-returning readers give 0 on failure.
+template <typename T>
+T readOr0(const Parcel& p, status_t (Parcel::*reader)(T*) const) {
+    T val{};
+    if ((p.*reader)(&val) != OK) return T{};
+    return val;
+}
+
+}  // namespace
+
+status_t Parcel::readInt32(int32_t* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    return readAlignedRaw(pArg, sizeof(*pArg));
+}
+status_t Parcel::readUint32(uint32_t* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    return readAlignedRaw(pArg, sizeof(*pArg));
+}
+status_t Parcel::readInt64(int64_t* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    return readAlignedRaw(pArg, sizeof(*pArg));
+}
+status_t Parcel::readUint64(uint64_t* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    return readAlignedRaw(pArg, sizeof(*pArg));
+}
+status_t Parcel::readFloat(float* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    return readAlignedRaw(pArg, sizeof(*pArg));
+}
+status_t Parcel::readDouble(double* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    return readAlignedRaw(pArg, sizeof(*pArg));
+}
+status_t Parcel::readBool(bool* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    int32_t v = 0;
+    status_t err = readInt32(&v);
+    *pArg = (v != 0);
+    return err;
+}
+status_t Parcel::readChar(char16_t* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    int32_t v = 0;
+    status_t err = readInt32(&v);
+    *pArg = static_cast<char16_t>(v);
+    return err;
+}
+status_t Parcel::readByte(int8_t* pArg) const {
+    if (pArg == nullptr) return BAD_VALUE;
+    int32_t v = 0;
+    status_t err = readInt32(&v);
+    *pArg = static_cast<int8_t>(v);
+    return err;
+}
+
+int32_t Parcel::readInt32() const { return readOr0<int32_t>(*this, &Parcel::readInt32); }
+uint32_t Parcel::readUint32() const { return readOr0<uint32_t>(*this, &Parcel::readUint32); }
+int64_t Parcel::readInt64() const { return readOr0<int64_t>(*this, &Parcel::readInt64); }
+uint64_t Parcel::readUint64() const { return readOr0<uint64_t>(*this, &Parcel::readUint64); }
+float Parcel::readFloat() const { return readOr0<float>(*this, &Parcel::readFloat); }
+double Parcel::readDouble() const { return readOr0<double>(*this, &Parcel::readDouble); }
+bool Parcel::readBool() const { return readOr0<bool>(*this, &Parcel::readBool); }
+char16_t Parcel::readChar() const { return readOr0<char16_t>(*this, &Parcel::readChar); }
+int8_t Parcel::readByte() const { return readOr0<int8_t>(*this, &Parcel::readByte); }
+
+int32_t Parcel::readExceptionCode() const {
+    binder::Status status;
+    status.readFromParcel(*this);
+    return status.exceptionCode();
+}
+
+// ---------------------------------------------------------------------------------------------
+// RPC headers
+
+status_t Parcel::writeInterfaceToken(const String16& interface) {
+    return writeInterfaceToken(interface.string(), interface.size());
+}
+
+status_t Parcel::writeInterfaceToken(const char16_t* str, size_t len) {
+    const IPCThreadState* threadState = IPCThreadState::self();
+    status_t err = writeInt32(threadState->getStrictModePolicy() |
+                              parcelwire::kStrictModePenaltyGather);
+    if (err == OK) {
+        err = writeInt32(threadState->shouldPropagateWorkSource()
+                                 ? static_cast<int32_t>(threadState->getCallingWorkSourceUid())
+                                 : IPCThreadState::kUnsetWorkSource);
+    }
+    if (err == OK) err = writeInt32(parcelwire::kHeader);
+    if (err == OK) err = writeString16(str, len);
+    return err;
+}
+
+bool Parcel::enforceInterface(const String16& interface, IPCThreadState* threadState) const {
+    return enforceInterface(interface.string(), interface.size(), threadState);
+}
+
+bool Parcel::enforceInterface(const char16_t* interface, size_t len,
+                              IPCThreadState* threadState) const {
+    if (threadState == nullptr) threadState = IPCThreadState::self();
+    const int32_t strictPolicy = readInt32();
+    // A one-way call has no caller waiting to be told about strict-mode violations.
+    if ((threadState->getLastTransactionBinderFlags() & IBinder::FLAG_ONEWAY) != 0) {
+        threadState->setStrictModePolicy(0);
+    } else {
+        threadState->setStrictModePolicy(strictPolicy);
+    }
+    const int32_t workSource = readInt32();
+    threadState->setCallingWorkSourceUidWithoutPropagation(static_cast<uid_t>(workSource));
+    const int32_t header = readInt32();
+    if (header != parcelwire::kHeader) {
+        __android_log_print(ANDROID_LOG_ERROR, kLogTag,
+                            "Expecting header 0x%x but found 0x%x. Mixing copies of libbinder?",
+                            static_cast<uint32_t>(parcelwire::kHeader),
+                            static_cast<uint32_t>(header));
+        return false;
+    }
+    size_t parcelLen = 0;
+    const char16_t* parcelInterface = readString16Inplace(&parcelLen);
+    if (parcelInterface != nullptr && len == parcelLen &&
+        (len == 0 || (interface != nullptr &&
+                      memcmp(parcelInterface, interface, len * sizeof(char16_t)) == 0))) {
+        return true;
+    }
+    const String8 expected = interface != nullptr ? String8(interface, len) : String8();
+    const String8 found =
+            parcelInterface != nullptr ? String8(parcelInterface, parcelLen) : String8();
+    __android_log_print(ANDROID_LOG_WARN, kLogTag,
+                        "**** enforceInterface() expected '%s' but read '%s'", expected.string(),
+                        found.string());
+    return false;
+}
+
+bool Parcel::checkInterface(IBinder*) const { return true; }
+
+binder::Status Parcel::enforceNoDataAvail() const {
+    const size_t avail = dataAvail();
+    if (avail == 0) return binder::Status::ok();
+    return binder::Status::fromExceptionCode(
+            binder::Status::EX_BAD_PARCELABLE,
+            String8::format("Parcel data not fully consumed, unread size: %zu", avail));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Binder objects
+
+status_t Parcel::writeStrongBinder(const sp<IBinder>& val) {
+    const size_t offset = mDataPos;
+    // Overwriting an object in place reuses its table slot, so other records keep their index.
+    size_t index = mObjects.size();
+    for (size_t i = 0; i < mObjects.size(); ++i) {
+        if (mObjects[i].offset == offset) index = i;
+    }
+    FlatBinderObject flat{};
+    flat.flags = parcelwire::kDefaultSchedBits;
+    flat.type = parcelwire::kBinderTypeBinder;
+    if (val != nullptr) {
+        if (val->localBinder() != nullptr) {
+            flat.flags |= parcelwire::kFlatBinderFlagAcceptsFds;
+        } else {
+            flat.type = parcelwire::kBinderTypeHandle;
+        }
+        // Where a kernel would put a pointer or a handle, the host puts the table index.
+        flat.binder = index;
+    }
+    status_t err = writeAlignedRaw(&flat, sizeof(flat));
+    if (err != OK) return err;
+    if (index < mObjects.size()) {
+        mObjects[index].binder = val;
+    } else if (val != nullptr) {
+        mObjects.push_back({offset, val});
+    }
+    return writeInt32(val != nullptr ? parcelwire::kStabilitySystem : 0);
+}
+
+status_t Parcel::readNullableBinderAt(sp<IBinder>* val) const {
+    const size_t start = mDataPos;
+    if (start > mDataSize || mDataSize - start < sizeof(FlatBinderObject) + sizeof(int32_t)) {
+        return NOT_ENOUGH_DATA;
+    }
+    FlatBinderObject flat;
+    memcpy(&flat, mData + start, sizeof(flat));
+    if (flat.type != parcelwire::kBinderTypeBinder && flat.type != parcelwire::kBinderTypeHandle) {
+        return BAD_TYPE;
+    }
+    sp<IBinder> binder;
+    bool found = false;
+    if (flat.binder < mObjects.size() && mObjects[flat.binder].offset == start) {
+        binder = mObjects[flat.binder].binder;
+        found = true;
+    }
+    // A record that is not in the object table is only accepted as the null binder.
+    if (!found && !(flat.type == parcelwire::kBinderTypeBinder && flat.binder == 0 &&
+                    flat.cookie == 0)) {
+        __android_log_print(ANDROID_LOG_ERROR, kLogTag,
+                            "Binder object at offset %zu is not in the object list", start);
+        return BAD_TYPE;
+    }
+    mDataPos = start + sizeof(flat) + sizeof(int32_t);
+    *val = binder;
+    return OK;
+}
+
+status_t Parcel::readNullableStrongBinder(sp<IBinder>* val) const {
+    if (val == nullptr) return BAD_VALUE;
+    return readNullableBinderAt(val);
+}
+
+status_t Parcel::readStrongBinder(sp<IBinder>* val) const {
+    status_t status = readNullableStrongBinder(val);
+    if (status == OK && *val == nullptr) {
+        __android_log_print(ANDROID_LOG_WARN, kLogTag,
+                            "Expecting binder but got null! (readStrongBinder)");
+        status = UNEXPECTED_NULL;
+    }
+    return status;
+}
+
+sp<IBinder> Parcel::readStrongBinder() const {
+    sp<IBinder> val;
+    // Errors are ignored: a malformed binder reads as null.
+    readNullableStrongBinder(&val);
+    return val;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Blobs
+
+Parcel::Blob::Blob() : mFd(-1), mData(nullptr), mSize(0), mMutable(false) {}
+
+Parcel::Blob::~Blob() { release(); }
+
+void Parcel::Blob::clear() {
+    mFd = -1;
+    mData = nullptr;
+    mSize = 0;
+    mMutable = false;
+}
+
+// In-place blobs own nothing (no shared memory mapping to undo).
+void Parcel::Blob::release() { clear(); }
+
+void Parcel::Blob::init(int fd, void* data, size_t size, bool isMutable) {
+    mFd = fd;
+    mData = data;
+    mSize = size;
+    mMutable = isMutable;
+}
+
+status_t Parcel::writeBlob(size_t len, bool mutableCopy, WritableBlob* outBlob) {
+    if (outBlob == nullptr) return BAD_VALUE;
+    outBlob->clear();
+    if (len > INT32_MAX) return BAD_VALUE;
+    // Room for the blob and a few trailer words up front keeps the blob's pointer valid while
+    // the caller writes what follows it before filling the blob.
+    constexpr size_t kTrailerRoom = 64;
+    status_t err = reserve(sizeof(int32_t) + padSize(len) + kTrailerRoom);
+    if (err != OK) return err;
+    err = writeInt32(parcelwire::BLOB_INPLACE);
+    if (err != OK) return err;
+    void* ptr = writeInplace(len);
+    if (ptr == nullptr) return NO_MEMORY;
+    outBlob->init(-1, ptr, len, false);
+    (void)mutableCopy;
+    return OK;
+}
+
+status_t Parcel::readBlob(size_t len, ReadableBlob* outBlob) const {
+    if (outBlob == nullptr) return BAD_VALUE;
+    outBlob->clear();
+    const size_t start = mDataPos;
+    int32_t blobType = 0;
+    status_t err = readInt32(&blobType);
+    if (err != OK) return err;
+    if (blobType != parcelwire::BLOB_INPLACE) {
+        // Shared-memory blobs need file descriptors, which host parcels do not carry.
+        __android_log_print(ANDROID_LOG_ERROR, kLogTag, "readBlob: unsupported blob type %d",
+                            blobType);
+        mDataPos = start;
+        return BAD_VALUE;
+    }
+    const void* ptr = readInplace(len);
+    if (ptr == nullptr) {
+        mDataPos = start;
+        return BAD_VALUE;
+    }
+    outBlob->init(-1, const_cast<void*>(ptr), len, false);
+    return OK;
+}
+
+}  // namespace android
