@@ -3,8 +3,6 @@
 #include <ctype.h>
 #include <unistd.h>
 
-#include <algorithm>
-
 namespace camext {
 namespace sim {
 
@@ -41,101 +39,6 @@ std::string resolvePath(const std::string& dir, const std::string& path) {
 
 bool fileReadable(const std::string& path) {
     return access(path.c_str(), R_OK) == 0;
-}
-
-const std::vector<std::string>& hookNames() {
-    // Slot order of the hook interface.
-    static const std::vector<std::string> kNames = {
-        "afterConnect",
-        "afterEndConfigure",
-        "onTransact",
-        "isPrivilegedApp",
-        "isSystemCameraUid",
-        "isCtsCamera",
-        "isEnableFwkTimer",
-        "getCameraCharacteristics",
-        "beforeConnect",
-        "clearNonCTSClient",
-        "setCurrentPackageName",
-        "beforeSetTorchMode",
-        "checkNotPlaySound",
-        "afterDisconnect",
-        "onClientChange",
-        "initCameraInfos",
-        "addListener",
-        "removeListener",
-        "isSupportExplorer",
-        "OverrideCost",
-        "modifyWaitDuration",
-        "beforeMetadataSendToApp",
-        "returnOutputBuffers",
-        "sendCaptureResult",
-        "checkToRemoveInFlightReqest",
-        "parseResult",
-        "beforeConfigureStreamsLocked",
-        "forbid3rdPartyAppReconfigureStream",
-        "afterConfigureStreamsLocked",
-        "flush",
-        "IsNewRequest",
-        "onPrepareHalRequestsUpdateMetadata",
-        "afterSendRequestsBatch",
-        "setTorchIntensity",
-        "checkNeedEnableMagneticSensor",
-        "notifyDeviceStateChange",
-        "isTorchIntensityChanged",
-        "calculateJpegBufferSize",
-        "updateUseMonoTimestamp",
-        "beforeDisconnect",
-        "setDoingDisconnect",
-        "checkToTriggerAFOnceForAPI1",
-        "checkToAddPreviewCallbackForAPI1",
-        "IsRejectStopPreview",
-        "checkToSetParametersIgnoreErrorForAPI1",
-        "checkToForceTriggerFaceAEForAPI1",
-        "adjustPreviewSizeForAPI1",
-        "updatePreviewAndVideoSizeForAPI1",
-        "updateFlashModeForAPI1",
-        "getPictureSizeForAPI1",
-        "enumerateProviders",
-        "binderDied",
-        "setPreviewFpsRangeForAPI1",
-        "adjustInvalidFpsForAPI1",
-        "adjustPreviewFpsForAPI1",
-        "checkUseZeroShutterLagForAPI1",
-        "checkIfAddSizeForAPI1",
-        "adjustFOVForAPI1",
-        "filterSurfaceConfig",
-        "isVirtualCameraProvider",
-        "SetStaticUxthread",
-        "SetUxthread",
-        "allowDisplaySync",
-        "isWeChatRequestTimeOut",
-        "isMultiWinCameraSupport",
-        "setTransformForThirdApp",
-        "getTransformForThirdApp",
-        "preOpenCamera",
-        "overrideZumioFPS",
-        "checkFilterVideoTimestamp",
-        "sendZumioInitTagToHAL",
-        "sendZumioJsonTagToHAL",
-        "getZumioEnable",
-        "getUpdateZumio",
-        "customIntelligentEviction",
-        "limitExposureTimeRangeForIts",
-        "limitSizeListForCtsVerifier",
-        "limitSize",
-        "isValidOutputStream",
-        "UpdateParamForSpecial3rdIssue",
-        "limitSizeListForCts",
-        "openAON",
-        "closeAON",
-    };
-    return kNames;
-}
-
-bool hookKnown(const std::string& name) {
-    const auto& names = hookNames();
-    return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 }  // namespace sim

@@ -21,9 +21,5 @@ std::string baseName(const std::string& file);
 std::string resolvePath(const std::string& dir, const std::string& path);
 bool fileReadable(const std::string& path);
 
-// The operations of the hook interface, by the names the contract header gives them.
-const std::vector<std::string>& hookNames();
-bool hookKnown(const std::string& name);
-
 }  // namespace sim
 }  // namespace camext

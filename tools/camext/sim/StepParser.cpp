@@ -1,4 +1,5 @@
 // Reads the steps of a scenario file: the caller, the action and its expectations.
+#include "sim/HookTable.h"
 #include "sim/ScenarioCheck.h"
 
 namespace camext {
@@ -143,13 +144,14 @@ void Parser::action(const std::string& name, const Json& v, const Json& stepObj,
         boolKey("token");
         if (v.has("parcel")) parcel(v["parcel"], memberPath(path, "parcel"));
     } else if (name == "hook") {
-        if (want(v, Json::Type::String, path) && !hookKnown(v.asString())) {
-            error(path, "\"" + v.asString() + "\" is not an operation of the hook interface");
+        const HookSpec* spec = nullptr;
+        if (want(v, Json::Type::String, path)) {
+            spec = findHook(v.asString());
+            if (spec == nullptr) {
+                error(path, "\"" + v.asString() + "\" is not an operation of the hook interface");
+            }
         }
-        if (stepObj.has("args")) {
-            const std::string ap = path.substr(0, path.size() - 4) + "args";
-            hookArgs(stepObj["args"], ap);
-        }
+        if (spec != nullptr) hookArgs(*spec, stepObj["args"], memberPath(out->path, "args"));
         out->args = Json::object({{"name", v}, {"args", stepObj["args"]}});
     } else if (name == "set_properties" || name == "write_files") {
         stringMap(v, path, true, nullptr);
@@ -222,16 +224,22 @@ void Parser::parcel(const Json& v, const std::string& path) {
     }
 }
 
-void Parser::hookArgs(const Json& v, const std::string& path) {
-    if (v.isArray()) {
-        for (size_t i = 0; i < v.size(); ++i) {
-            const Json& a = v.items()[i];
-            if (a.isObject()) metadata(a, indexPath(path, i), false);
-        }
-    } else if (v.isObject()) {
-        if (v.has("metadata")) metadata(v["metadata"], memberPath(path, "metadata"), false);
-    } else {
+void Parser::hookArgs(const HookSpec& spec, const Json& v, const std::string& path) {
+    if (!v.isNull() && !v.isArray() && !v.isObject()) {
         error(path, std::string("must be an array or an object, not ") + v.typeName());
+        return;
+    }
+    std::string sub, why;
+    if (!checkHookArgs(spec, v, &sub, &why)) {
+        error(path + (sub.empty() || sub[0] == '[' ? sub : "." + sub), why);
+        return;
+    }
+    for (size_t i = 0; i < spec.params.size(); ++i) {
+        const Json& a = hookArg(spec, v, i);
+        const std::string p =
+            v.isArray() ? indexPath(path, i) : memberPath(path, spec.params[i].name);
+        if (spec.params[i].kind == ArgKind::Metadata && a.isObject()) metadata(a, p, false);
+        if (spec.params[i].kind == ArgKind::Parcel && a.isArray()) parcel(a, p);
     }
 }
 
@@ -248,7 +256,8 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
             error(memberPath(path, key), "is checked only after " + list);
         }
     };
-    onlyFor("return", {"open", "transact", "configure", "hook"});
+    onlyFor("return",
+            {"open", "transact", "configure", "request", "result", "characteristics", "hook"});
     onlyFor("reply", {"transact"});
     onlyFor("metadata", {"configure", "request", "result", "characteristics", "hook"});
     onlyFor("session_params_seen_by_hal", {"configure"});
@@ -257,7 +266,9 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
     if (v.has("return")) {
         const Json& r = v["return"];
         const std::string p = memberPath(path, "return");
-        if (r.isObject()) {
+        if (r.isObject() && action == "hook") {
+            // A hook's changed in/out arguments, by name.
+        } else if (r.isObject()) {
             onlyKeys(r, p, {"serviceSpecificError"});
             if (require(r, "serviceSpecificError", p)) {
                 wantInt(r["serviceSpecificError"], memberPath(p, "serviceSpecificError"), kInt32Min,
