@@ -126,18 +126,15 @@ json_object* JsonParser::find(std::string_view section, std::string_view key) co
 
 JsonParser::Resolution JsonParser::resolve(const char* key, const char* package,
                                            json_type type) const {
-    if (key == nullptr) return {Origin::Missing, nullptr};
+    if (key == nullptr) return {Origin::Missing, nullptr, false};
     const std::string_view section = packageText(package);
-    Origin origin = section == kDefaultSection ? Origin::Default : Origin::App;
+    const bool isDefault = section == kDefaultSection;
     json_object* value = find(section, key);
-    if (value == nullptr) {
-        if (origin == Origin::Default) return {Origin::Missing, nullptr};
-        value = find(kDefaultSection, key);
-        if (value == nullptr) return {Origin::Missing, nullptr};
-        origin = Origin::Default;
-    }
-    if (json_object_get_type(value) != type) return {Origin::WrongType, value};
-    return {origin, value};
+    bool inApp = !isDefault && value != nullptr;
+    if (value == nullptr && !isDefault) value = find(kDefaultSection, key);
+    if (value == nullptr) return {Origin::Missing, nullptr, false};
+    if (json_object_get_type(value) != type) return {Origin::WrongType, value, inApp};
+    return {inApp ? Origin::App : Origin::Default, value, inApp};
 }
 
 json_object* JsonParser::candidate(const char* getter, const char* key, const char* package,

@@ -54,11 +54,16 @@ public:
         Origin origin;
         // The value found (App, Default, WrongType) or nullptr; owned by the parser.
         json_object* value;
+        // Whether the value was found in the package's own section rather than in "default".
+        bool inAppSection;
     };
     // Resolves `key` for `package` (null: "default") expecting `type`, without logging.
     Resolution resolve(const char* key, const char* package, json_type type) const;
 
     size_t sectionCount() const { return mSections.size(); }
+    bool hasSection(const char* name) const {
+        return name != nullptr && mSections.find(std::string_view(name)) != mSections.end();
+    }
 
 private:
     // Transparent comparators let lookups take a string_view without building a std::string.
