@@ -1,0 +1,256 @@
+// camext lint and camext explain, run as built: lint reports what the library would silently
+// ignore or refuse, at the right line; explain answers what the library answers.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "support/TestSupport.h"
+#include "utils/ConfigKeys.h"
+
+namespace {
+
+struct ToolRun {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string readAll(const std::string& path) {
+    std::ifstream in(path);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+class ConfigToolsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const char* dir = getenv("CAMEXT_BUILD_DIR");
+        tool = std::string(dir != nullptr ? dir : CAMEXT_BUILD_DIR) + "/bin/camext";
+        std::ifstream probe(tool);
+        if (!probe) GTEST_SKIP() << "camext is not built at " << tool;
+    }
+
+    ToolRun camext(const std::string& args) {
+        const std::string out = scratch.path() + "/out", err = scratch.path() + "/err";
+        const std::string cmd = "'" + tool + "' " + args + " >'" + out + "' 2>'" + err + "'";
+        ToolRun r;
+        const int raw = system(cmd.c_str());
+        r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+        r.out = readAll(out);
+        r.err = readAll(err);
+        return r;
+    }
+
+    // Writes `text` as a file of the scratch folder and returns its path.
+    std::string file(const std::string& text, const std::string& name = "fwk_config.json") {
+        scratch.writeFile("/" + name, text);
+        return scratch.hostPath("/" + name);
+    }
+
+    static std::string example() {
+        return std::string(CAMEXT_SOURCE_DIR) + "/examples/device/odm/etc/camera/fwk_config.json";
+    }
+
+    std::string tool;
+    testsupport::TempDeviceRoot scratch;
+};
+
+TEST_F(ConfigToolsTest, LintFindsTheExampleDeviceClean) {
+    const ToolRun r = camext("lint '" + example() + "'");
+    EXPECT_EQ(0, r.status) << r.out << r.err;
+    EXPECT_EQ("", r.out);
+}
+
+TEST_F(ConfigToolsTest, LintSuggestsTheKnownSpellingOfAMisspelledKey) {
+    const std::string f = file(
+        "{\n"
+        "  \"default\": {\n"
+        "    \"feature_eviction_enable\": true,\n"
+        "    \"feature_government_enable\": true,\n"
+        "    \"limit_intelligent_eviction\": true\n"
+        "  }\n"
+        "}\n");
+    const ToolRun r = camext("lint '" + f + "'");
+    EXPECT_EQ(1, r.status);
+    EXPECT_NE(std::string::npos,
+              r.out.find(f + ":3: error: unknown key \"feature_eviction_enable\"; did you mean "
+                             "\"feature_evication_enable\"?"))
+        << r.out;
+    EXPECT_NE(std::string::npos, r.out.find(":4: error: unknown key \"feature_government_enable\"; "
+                                            "did you mean \"feature_government_enalbe\"?"))
+        << r.out;
+    EXPECT_NE(std::string::npos, r.out.find("did you mean \"Limit_Intelligent_Eviction\"?"));
+}
+
+TEST_F(ConfigToolsTest, LintReportsValuesTheGetterWouldRefuse) {
+    const std::string f = file(
+        "{\"default\": {\n"
+        "  \"feature_cts_enable\": 1,\n"
+        "  \"maxFps\": 30.0,\n"
+        "  \"privileged_app_list\": [\"com.a\",\n"
+        "      3, \"com.b\"],\n"
+        "  \"limitSizeListForCts\": \"1920x1080\"\n"
+        "}}\n");
+    const ToolRun r = camext("lint '" + f + "'");
+    EXPECT_EQ(1, r.status);
+    EXPECT_NE(std::string::npos,
+              r.out.find(":2: error: \"feature_cts_enable\" is read as bool but holds an integer"))
+        << r.out;
+    EXPECT_NE(std::string::npos, r.out.find(":3: error: \"maxFps\" is read as int but holds a "
+                                            "double"));
+    EXPECT_NE(std::string::npos, r.out.find(":5: error: element 1 of \"privileged_app_list\" is "
+                                            "an integer: getStringArray skips it"));
+    EXPECT_NE(std::string::npos, r.out.find(":6: error: \"limitSizeListForCts\" is read as int[]"));
+}
+
+TEST_F(ConfigToolsTest, LintReportsDuplicatesThatJsonCDropsSilently) {
+    const std::string f = file(
+        "{\"default\": {\"maxFps\": 30,\n"
+        "               \"maxFps\": 24},\n"
+        " \"com.whatsapp\": {},\n"
+        " \"com.whatsapp\": {\"maxFps\": 15}}\n");
+    const ToolRun r = camext("lint '" + f + "'");
+    EXPECT_EQ(1, r.status);
+    EXPECT_NE(std::string::npos,
+              r.out.find(":2: error: duplicate key \"maxFps\" (first at line 1)"))
+        << r.out;
+    EXPECT_NE(std::string::npos,
+              r.out.find(":4: error: duplicate section \"com.whatsapp\" (first at line 3)"))
+        << r.out;
+}
+
+TEST_F(ConfigToolsTest, LintReportsSectionsAndRootsThatAreNotObjects) {
+    ToolRun r = camext("lint '" + file("{\"default\": {}, \"maxFps\": 30}") + "'");
+    EXPECT_EQ(1, r.status);
+    EXPECT_NE(std::string::npos,
+              r.out.find("error: section \"maxFps\" is an integer, not an object"))
+        << r.out;
+    r = camext("lint '" + file("[{\"default\": {}}]") + "'");
+    EXPECT_EQ(1, r.status);
+    EXPECT_NE(std::string::npos, r.out.find(":1: error: the document is an array")) << r.out;
+    r = camext("lint '" + file("{}") + "'");
+    EXPECT_EQ(1, r.status);
+    EXPECT_NE(std::string::npos, r.out.find("the document has no sections")) << r.out;
+}
+
+TEST_F(ConfigToolsTest, LintOnlyWarnsAboutNullsNestedObjectsAndAMissingDefault) {
+    const std::string f = file(
+        "{\"com.whatsapp\": {\n"
+        "  \"maxFps\": null,\n"
+        "  \"vendor_extras\": {\"a\": 1},\n"
+        "  \"my_own_switch\": true\n"
+        "}}\n");
+    const ToolRun r = camext("lint '" + f + "'");
+    EXPECT_EQ(0, r.status) << r.out;
+    EXPECT_NE(std::string::npos, r.out.find(":1: warning: no \"default\" section")) << r.out;
+    EXPECT_NE(std::string::npos, r.out.find(":2: warning: \"maxFps\" is null")) << r.out;
+    EXPECT_NE(std::string::npos,
+              r.out.find(":3: warning: \"vendor_extras\" holds a nested object"));
+    EXPECT_NE(std::string::npos, r.out.find(":4: warning: unknown key \"my_own_switch\""));
+    EXPECT_EQ(std::string::npos, r.out.find("error"));
+}
+
+// The library reads with json-c's lenient parser, so what it accepts must not confuse lint.
+TEST_F(ConfigToolsTest, LintFollowsTheSyntaxJsonCAccepts) {
+    const std::string f = file(
+        "// device overrides\n"
+        "{ /* switches */ 'default': {'feature_cts_enable': TRUE, \"maxFps\": 30,},\n"
+        "  \"com.whatsapp\": {\"limitSizeListForCts\": [1920, 1080,],\n"
+        "  \"maxFps\": 24}}\n");
+    const ToolRun r = camext("lint '" + f + "'");
+    EXPECT_EQ(0, r.status) << r.out << r.err;
+    EXPECT_EQ("", r.out);
+}
+
+TEST_F(ConfigToolsTest, LintExitsWithTwoOnFilesTheLibraryCannotLoad) {
+    ToolRun r = camext("lint '" + scratch.path() + "/absent.json'");
+    EXPECT_EQ(2, r.status);
+    EXPECT_NE(std::string::npos, r.err.find("cannot read the file")) << r.err;
+
+    r = camext("lint '" + file("{\"default\": {\n\"maxFps\": tru}}") + "'");
+    EXPECT_EQ(2, r.status);
+    EXPECT_NE(std::string::npos, r.err.find(":2: error: not JSON the library can load: "
+                                            "json_tokener_parse_ex failed"))
+        << r.err;
+
+    r = camext("lint '" + file("") + "'");
+    EXPECT_EQ(2, r.status);
+    EXPECT_NE(std::string::npos, r.err.find("ends early or is empty")) << r.err;
+
+    r = camext("lint");
+    EXPECT_EQ(2, r.status);
+}
+
+TEST_F(ConfigToolsTest, ExplainShowsWhereEachValueComesFrom) {
+    const ToolRun r = camext("explain --package com.whatsapp --config '" + example() + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    auto row = [&](const std::string& key) {
+        const size_t at = r.out.find("\n" + key + " ");
+        if (at == std::string::npos) return std::string();
+        std::istringstream line(r.out.substr(at + 1, r.out.find('\n', at + 1) - at - 1));
+        std::string k, type, from, value;
+        line >> k >> type >> from >> value;
+        return from + " " + value;
+    };
+    EXPECT_EQ("com.whatsapp 1920", row("thirdPartyAppWidthLimitForCam0"));
+    EXPECT_EQ("default 1920", row("maxPreviewWidth"));
+    EXPECT_EQ("default true", row("feature_cts_enable"));
+    EXPECT_EQ("caller false", row("Limit_Intelligent_Eviction"));
+    EXPECT_EQ("caller -", row("explorer_override_cost"));
+    EXPECT_EQ("caller 99999", row("maxFrontWidthForCts"));
+}
+
+TEST_F(ConfigToolsTest, ExplainListsEveryKnownKeyOnce) {
+    const ToolRun r = camext("explain --package com.x --config '" + example() + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    EXPECT_NE(std::string::npos, r.out.find("com.x has no section of its own"));
+    for (const auto& key : android::vantu::configKeys()) {
+        const std::string needle = std::string("\n") + key.name + " ";
+        const size_t first = r.out.find(needle);
+        EXPECT_NE(std::string::npos, first) << key.name;
+        EXPECT_EQ(std::string::npos, r.out.find(needle, first + 1)) << key.name;
+    }
+}
+
+TEST_F(ConfigToolsTest, ExplainNotesRefusedValuesAndSkippedElements) {
+    const std::string f = file(
+        R"({"default": {"feature_cts_enable": false, "maxFps": 30},
+                "com.a": {"feature_cts_enable": 1, "privileged_app_list": ["x", 2, "y"]}})");
+    const ToolRun r = camext("explain --package com.a --config '" + f + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    EXPECT_NE(std::string::npos, r.out.find("true  # com.a holds int, which getBool refuses"))
+        << r.out;
+    EXPECT_NE(std::string::npos, r.out.find("[\"x\", \"y\"]  # 1 of 3 elements skipped")) << r.out;
+    EXPECT_NE(std::string::npos, r.err.find("getBool(com.a, feature_cts_enable) type is error"))
+        << "the library's own message reaches stderr: " << r.err;
+}
+
+TEST_F(ConfigToolsTest, ExplainReadsTheLibraryPathUnderTheDeviceRoot) {
+    scratch.writeFile("odm/etc/camera/fwk_config.json", R"({"default": {"maxFps": 12}})");
+    ToolRun r = camext("explain --package com.a --root '" + scratch.path() + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    EXPECT_NE(std::string::npos,
+              r.out.find("odm/etc/camera/fwk_config.json under " + scratch.path()));
+    EXPECT_NE(std::string::npos, r.out.find("default  12")) << r.out;
+
+    r = camext("explain --package com.a --root '" + scratch.path() + "/nothing'");
+    EXPECT_EQ(1, r.status);
+    EXPECT_NE(std::string::npos, r.out.find("could not be loaded"));
+    EXPECT_NE(std::string::npos, r.err.find("Parser json file odm/etc/camera/fwk_config.json "
+                                            "failed"))
+        << r.err;
+}
+
+TEST_F(ConfigToolsTest, ExplainNeedsAPackage) {
+    EXPECT_EQ(2, camext("explain").status);
+    EXPECT_EQ(2, camext("explain --package").status);
+    EXPECT_EQ(2, camext("explain --package a --bogus").status);
+    EXPECT_EQ(0, camext("explain --help").status);
+}
+
+}  // namespace
