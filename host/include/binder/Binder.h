@@ -5,9 +5,9 @@
 #ifndef ANDROID_BINDER_H
 #define ANDROID_BINDER_H
 
-#include <atomic>
-
 #include <binder/IBinder.h>
+
+#include <atomic>
 
 namespace android {
 
@@ -22,15 +22,13 @@ public:
 
     // Rewinds `data`, answers the transactions every binder understands (ping, extension,
     // debug pid) and hands the rest to onTransact; rewinds `reply` afterwards.
-    status_t transact(uint32_t code, const Parcel& data, Parcel* reply,
-                      uint32_t flags = 0) final;
+    status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) final;
 
     // A local binder never dies: both return INVALID_OPERATION.
     status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
                          uint32_t flags = 0) override;
     status_t unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie = nullptr,
-                           uint32_t flags = 0,
-                           wp<DeathRecipient>* outRecipient = nullptr) override;
+                           uint32_t flags = 0, wp<DeathRecipient>* outRecipient = nullptr) override;
 
     void* attachObject(const void* objectID, void* object, void* cleanupCookie,
                        object_cleanup_func func) final;

@@ -6,15 +6,15 @@
 
 #include <stdint.h>
 #include <sys/types.h>
-
 #include <utils/Errors.h>
 #include <utils/RefBase.h>
 #include <utils/String16.h>
 #include <utils/Vector.h>
 
 // Packs four characters into a transaction code or a header word, first character highest.
-#define B_PACK_CHARS(c1, c2, c3, c4) \
-    ((((uint32_t)(c1)) << 24) | (((uint32_t)(c2)) << 16) | (((uint32_t)(c3)) << 8) | ((uint32_t)(c4)))
+#define B_PACK_CHARS(c1, c2, c3, c4)                                                 \
+    ((((uint32_t)(c1)) << 24) | (((uint32_t)(c2)) << 16) | (((uint32_t)(c3)) << 8) | \
+     ((uint32_t)(c4)))
 
 namespace android {
 

@@ -64,42 +64,42 @@ public:
 #define IMPLEMENT_META_INTERFACE(INTERFACE, NAME) \
     DO_NOT_DIRECTLY_USE_ME_IMPLEMENT_META_INTERFACE(INTERFACE, NAME)
 
-#define DO_NOT_DIRECTLY_USE_ME_IMPLEMENT_META_INTERFACE(INTERFACE, NAME)                         \
-    const ::android::String16 I##INTERFACE::descriptor(NAME);                                     \
-    const ::android::String16& I##INTERFACE::getInterfaceDescriptor() const {                     \
-        return I##INTERFACE::descriptor;                                                          \
-    }                                                                                             \
-    ::android::sp<I##INTERFACE> I##INTERFACE::asInterface(                                        \
-            const ::android::sp<::android::IBinder>& obj) {                                       \
-        ::android::sp<I##INTERFACE> intr;                                                         \
-        if (obj != nullptr) {                                                                     \
-            intr = static_cast<I##INTERFACE*>(                                                    \
-                    obj->queryLocalInterface(I##INTERFACE::descriptor).get());                    \
-            if (intr == nullptr) {                                                                \
-                intr = new Bp##INTERFACE(obj);                                                    \
-            }                                                                                     \
-        }                                                                                         \
-        return intr;                                                                              \
-    }                                                                                             \
-    ::android::sp<I##INTERFACE> I##INTERFACE::default_impl;                                       \
-    bool I##INTERFACE::setDefaultImpl(::android::sp<I##INTERFACE> impl) {                         \
-        if (!I##INTERFACE::default_impl && impl) {                                                \
-            I##INTERFACE::default_impl = impl;                                                    \
-            return true;                                                                          \
-        }                                                                                         \
-        return false;                                                                             \
-    }                                                                                             \
-    const ::android::sp<I##INTERFACE>& I##INTERFACE::getDefaultImpl() {                           \
-        return I##INTERFACE::default_impl;                                                        \
-    }                                                                                             \
-    I##INTERFACE::I##INTERFACE() {}                                                               \
+#define DO_NOT_DIRECTLY_USE_ME_IMPLEMENT_META_INTERFACE(INTERFACE, NAME)      \
+    const ::android::String16 I##INTERFACE::descriptor(NAME);                 \
+    const ::android::String16& I##INTERFACE::getInterfaceDescriptor() const { \
+        return I##INTERFACE::descriptor;                                      \
+    }                                                                         \
+    ::android::sp<I##INTERFACE> I##INTERFACE::asInterface(                    \
+        const ::android::sp<::android::IBinder>& obj) {                       \
+        ::android::sp<I##INTERFACE> intr;                                     \
+        if (obj != nullptr) {                                                 \
+            intr = static_cast<I##INTERFACE*>(                                \
+                obj->queryLocalInterface(I##INTERFACE::descriptor).get());    \
+            if (intr == nullptr) {                                            \
+                intr = new Bp##INTERFACE(obj);                                \
+            }                                                                 \
+        }                                                                     \
+        return intr;                                                          \
+    }                                                                         \
+    ::android::sp<I##INTERFACE> I##INTERFACE::default_impl;                   \
+    bool I##INTERFACE::setDefaultImpl(::android::sp<I##INTERFACE> impl) {     \
+        if (!I##INTERFACE::default_impl && impl) {                            \
+            I##INTERFACE::default_impl = impl;                                \
+            return true;                                                      \
+        }                                                                     \
+        return false;                                                         \
+    }                                                                         \
+    const ::android::sp<I##INTERFACE>& I##INTERFACE::getDefaultImpl() {       \
+        return I##INTERFACE::default_impl;                                    \
+    }                                                                         \
+    I##INTERFACE::I##INTERFACE() {}                                           \
     I##INTERFACE::~I##INTERFACE() {}
 
-#define CHECK_INTERFACE(interface, data, reply)                       \
-    do {                                                              \
-        if (!(data).checkInterface(this)) {                           \
-            return PERMISSION_DENIED;                                 \
-        }                                                             \
+#define CHECK_INTERFACE(interface, data, reply) \
+    do {                                        \
+        if (!(data).checkInterface(this)) {     \
+            return PERMISSION_DENIED;           \
+        }                                       \
     } while (false)
 
 // ----------------------------------------------------------------------

@@ -9,7 +9,6 @@
 
 #include <stdint.h>
 #include <sys/types.h>
-
 #include <utils/Errors.h>
 
 namespace android {

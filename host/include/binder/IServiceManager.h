@@ -6,9 +6,8 @@
 #ifndef ANDROID_ISERVICE_MANAGER_H
 #define ANDROID_ISERVICE_MANAGER_H
 
-#include <sys/types.h>
-
 #include <binder/IInterface.h>
+#include <sys/types.h>
 #include <utils/String16.h>
 #include <utils/Vector.h>
 

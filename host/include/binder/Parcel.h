@@ -10,20 +10,19 @@
 #ifndef ANDROID_PARCEL_H
 #define ANDROID_PARCEL_H
 
+#include <binder/IInterface.h>
+#include <binder/Parcelable.h>
 #include <stddef.h>
 #include <stdint.h>
+#include <utils/Errors.h>
+#include <utils/RefBase.h>
+#include <utils/String16.h>
+#include <utils/String8.h>
 
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <binder/IInterface.h>
-#include <binder/Parcelable.h>
-#include <utils/Errors.h>
-#include <utils/RefBase.h>
-#include <utils/String16.h>
-#include <utils/String8.h>
 
 namespace android {
 

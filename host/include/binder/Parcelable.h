@@ -5,7 +5,6 @@
 #define ANDROID_PARCELABLE_H
 
 #include <stdint.h>
-
 #include <utils/Errors.h>
 
 namespace android {

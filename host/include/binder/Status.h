@@ -6,12 +6,11 @@
 #define ANDROID_BINDER_STATUS_H
 
 #include <stdint.h>
+#include <utils/Errors.h>
+#include <utils/String8.h>
 
 #include <sstream>
 #include <string>
-
-#include <utils/Errors.h>
-#include <utils/String8.h>
 
 namespace android {
 
@@ -44,8 +43,7 @@ public:
     static Status fromExceptionCode(int32_t exceptionCode, const String8& message);
     static Status fromExceptionCode(int32_t exceptionCode, const char* message);
     static Status fromServiceSpecificError(int32_t serviceSpecificErrorCode);
-    static Status fromServiceSpecificError(int32_t serviceSpecificErrorCode,
-                                           const String8& message);
+    static Status fromServiceSpecificError(int32_t serviceSpecificErrorCode, const String8& message);
     static Status fromServiceSpecificError(int32_t serviceSpecificErrorCode, const char* message);
     static Status fromStatusT(status_t status);
 
@@ -73,7 +71,9 @@ public:
 
     int32_t exceptionCode() const { return mException; }
     const String8& exceptionMessage() const { return mMessage; }
-    status_t transactionError() const { return mException == EX_TRANSACTION_FAILED ? mErrorCode : OK; }
+    status_t transactionError() const {
+        return mException == EX_TRANSACTION_FAILED ? mErrorCode : OK;
+    }
     int32_t serviceSpecificErrorCode() const {
         return mException == EX_SERVICE_SPECIFIC ? mErrorCode : 0;
     }

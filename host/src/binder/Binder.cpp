@@ -2,14 +2,12 @@
  * IBinder's defaults, BBinder, BpRefBase and IInterface.
  */
 #include <binder/Binder.h>
-
+#include <binder/IInterface.h>
+#include <binder/Parcel.h>
 #include <unistd.h>
 
 #include <map>
 #include <mutex>
-
-#include <binder/IInterface.h>
-#include <binder/Parcel.h>
 
 namespace android {
 
@@ -20,13 +18,21 @@ IBinder::IBinder() : RefBase() {}
 
 IBinder::~IBinder() = default;
 
-sp<IInterface> IBinder::queryLocalInterface(const String16& /*descriptor*/) { return nullptr; }
+sp<IInterface> IBinder::queryLocalInterface(const String16& /*descriptor*/) {
+    return nullptr;
+}
 
-bool IBinder::checkSubclass(const void* /*subclassID*/) const { return false; }
+bool IBinder::checkSubclass(const void* /*subclassID*/) const {
+    return false;
+}
 
-BBinder* IBinder::localBinder() { return nullptr; }
+BBinder* IBinder::localBinder() {
+    return nullptr;
+}
 
-BpBinder* IBinder::remoteBinder() { return nullptr; }
+BpBinder* IBinder::remoteBinder() {
+    return nullptr;
+}
 
 status_t IBinder::getExtension(sp<IBinder>* out) {
     if (out == nullptr) return BAD_VALUE;
@@ -86,7 +92,9 @@ public:
 
 BBinder::BBinder() : mExtras(nullptr), mRequestingSid(false) {}
 
-BBinder::~BBinder() { delete mExtras.load(std::memory_order_acquire); }
+BBinder::~BBinder() {
+    delete mExtras.load(std::memory_order_acquire);
+}
 
 BBinder::Extras* BBinder::getOrCreateExtras() {
     Extras* e = mExtras.load(std::memory_order_acquire);
@@ -105,11 +113,17 @@ const String16& BBinder::getInterfaceDescriptor() const {
     return kEmpty;
 }
 
-bool BBinder::isBinderAlive() const { return true; }
+bool BBinder::isBinderAlive() const {
+    return true;
+}
 
-status_t BBinder::pingBinder() { return OK; }
+status_t BBinder::pingBinder() {
+    return OK;
+}
 
-status_t BBinder::dump(int /*fd*/, const Vector<String16>& /*args*/) { return OK; }
+status_t BBinder::dump(int /*fd*/, const Vector<String16>& /*args*/) {
+    return OK;
+}
 
 status_t BBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
     data.setDataPosition(0);
@@ -183,9 +197,13 @@ void* BBinder::detachObject(const void* objectID) {
     return object;
 }
 
-BBinder* BBinder::localBinder() { return this; }
+BBinder* BBinder::localBinder() {
+    return this;
+}
 
-bool BBinder::isRequestingSid() { return mRequestingSid.load(std::memory_order_relaxed); }
+bool BBinder::isRequestingSid() {
+    return mRequestingSid.load(std::memory_order_relaxed);
+}
 
 void BBinder::setRequestingSid(bool requestSid) {
     mRequestingSid.store(requestSid, std::memory_order_relaxed);
@@ -204,7 +222,9 @@ void BBinder::setExtension(const sp<IBinder>& extension) {
     e->mExtension = extension;
 }
 
-pid_t BBinder::getDebugPid() { return getpid(); }
+pid_t BBinder::getDebugPid() {
+    return getpid();
+}
 
 status_t BBinder::onTransact(uint32_t code, const Parcel& /*data*/, Parcel* reply,
                              uint32_t /*flags*/) {

@@ -1,6 +1,5 @@
-#include <utils/CameraThreadState.h>
-
 #include <binder/IPCThreadState.h>
+#include <utils/CameraThreadState.h>
 
 namespace android {
 

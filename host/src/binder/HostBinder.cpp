@@ -1,11 +1,10 @@
 /*
  * Named binders of simulated processes, for tests and the simulator.
  */
+#include <binder/IPCThreadState.h>
 #include <hostctl/Binder.h>
 
 #include <map>
-
-#include <binder/IPCThreadState.h>
 
 #include "ParcelWire.h"
 
@@ -62,11 +61,17 @@ HostBinder::~HostBinder() {
     }
 }
 
-const String16& HostBinder::getInterfaceDescriptor() const { return mDescriptor; }
+const String16& HostBinder::getInterfaceDescriptor() const {
+    return mDescriptor;
+}
 
-bool HostBinder::isBinderAlive() const { return !mDead.load(std::memory_order_relaxed); }
+bool HostBinder::isBinderAlive() const {
+    return !mDead.load(std::memory_order_relaxed);
+}
 
-status_t HostBinder::pingBinder() { return isBinderAlive() ? OK : android::DEAD_OBJECT; }
+status_t HostBinder::pingBinder() {
+    return isBinderAlive() ? OK : android::DEAD_OBJECT;
+}
 
 status_t HostBinder::dump(int /*fd*/, const android::Vector<String16>& /*args*/) {
     return isBinderAlive() ? OK : android::DEAD_OBJECT;
@@ -104,8 +109,7 @@ status_t HostBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, 
     return err;
 }
 
-status_t HostBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie,
-                                 uint32_t flags) {
+status_t HostBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie, uint32_t flags) {
     if (recipient == nullptr) return android::BAD_VALUE;
     std::lock_guard<std::mutex> lock(mLock);
     if (!isBinderAlive()) return android::DEAD_OBJECT;

@@ -1,9 +1,8 @@
 /*
  * hostctl's calling-identity controls.
  */
-#include <hostctl/Binder.h>
-
 #include <binder/IPCThreadState.h>
+#include <hostctl/Binder.h>
 
 #include "HostIdentity.h"
 
@@ -15,11 +14,17 @@ void setCallingIdentity(uid_t uid, pid_t pid) {
     IPCThreadState::self()->setCallingIdentityForHost(uid, pid);
 }
 
-void resetCallingIdentity() { IPCThreadState::self()->resetCallingIdentityForHost(); }
+void resetCallingIdentity() {
+    IPCThreadState::self()->resetCallingIdentityForHost();
+}
 
-void setProcessIdentity(uid_t uid, pid_t pid) { android::hostbinder::setProcessIdentity(uid, pid); }
+void setProcessIdentity(uid_t uid, pid_t pid) {
+    android::hostbinder::setProcessIdentity(uid, pid);
+}
 
-void resetProcessIdentity() { android::hostbinder::resetProcessIdentity(); }
+void resetProcessIdentity() {
+    android::hostbinder::resetProcessIdentity();
+}
 
 ScopedCallingIdentity::ScopedCallingIdentity(uid_t uid, pid_t pid)
     : mHadIdentity(IPCThreadState::self()->hasCallingIdentityForHost()),

@@ -28,7 +28,9 @@ void setProcessIdentity(uid_t uid, pid_t pid) {
     gProcessIdentity.store(packed, std::memory_order_relaxed);
 }
 
-void resetProcessIdentity() { gProcessIdentity.store(kUnset, std::memory_order_relaxed); }
+void resetProcessIdentity() {
+    gProcessIdentity.store(kUnset, std::memory_order_relaxed);
+}
 
 }  // namespace hostbinder
 }  // namespace android

@@ -15,7 +15,9 @@ IPCThreadState* IPCThreadState::self() {
     return &state;
 }
 
-IPCThreadState* IPCThreadState::selfOrNull() { return self(); }
+IPCThreadState* IPCThreadState::selfOrNull() {
+    return self();
+}
 
 IPCThreadState::IPCThreadState()
     : mHasCallingIdentity(false),
@@ -33,16 +35,22 @@ pid_t IPCThreadState::getCallingPid() const {
     return hostbinder::processIdentity().pid;
 }
 
-const char* IPCThreadState::getCallingSid() const { return nullptr; }
+const char* IPCThreadState::getCallingSid() const {
+    return nullptr;
+}
 
 uid_t IPCThreadState::getCallingUid() const {
     if (mHasCallingIdentity) return mCallingUid;
     return hostbinder::processIdentity().uid;
 }
 
-void IPCThreadState::setStrictModePolicy(int32_t policy) { mStrictModePolicy = policy; }
+void IPCThreadState::setStrictModePolicy(int32_t policy) {
+    mStrictModePolicy = policy;
+}
 
-int32_t IPCThreadState::getStrictModePolicy() const { return mStrictModePolicy; }
+int32_t IPCThreadState::getStrictModePolicy() const {
+    return mStrictModePolicy;
+}
 
 int64_t IPCThreadState::setCallingWorkSourceUid(uid_t uid) {
     const int64_t token = setCallingWorkSourceUidWithoutPropagation(uid);
@@ -58,7 +66,9 @@ int64_t IPCThreadState::setCallingWorkSourceUidWithoutPropagation(uid_t uid) {
     return token;
 }
 
-uid_t IPCThreadState::getCallingWorkSourceUid() const { return static_cast<uid_t>(mWorkSource); }
+uid_t IPCThreadState::getCallingWorkSourceUid() const {
+    return static_cast<uid_t>(mWorkSource);
+}
 
 int64_t IPCThreadState::clearCallingWorkSource() {
     return setCallingWorkSourceUid(static_cast<uid_t>(kUnsetWorkSource));
@@ -69,9 +79,13 @@ void IPCThreadState::restoreCallingWorkSource(int64_t token) {
     mPropagateWorkSource = ((token >> kWorkSourcePropagatedBitIndex) & 1) == 1;
 }
 
-void IPCThreadState::clearPropagateWorkSource() { mPropagateWorkSource = false; }
+void IPCThreadState::clearPropagateWorkSource() {
+    mPropagateWorkSource = false;
+}
 
-bool IPCThreadState::shouldPropagateWorkSource() const { return mPropagateWorkSource; }
+bool IPCThreadState::shouldPropagateWorkSource() const {
+    return mPropagateWorkSource;
+}
 
 void IPCThreadState::setLastTransactionBinderFlags(int32_t flags) {
     mLastTransactionBinderFlags = flags;
@@ -102,6 +116,8 @@ void IPCThreadState::setCallingIdentityForHost(uid_t uid, pid_t pid) {
     mCallingPid = pid;
 }
 
-void IPCThreadState::resetCallingIdentityForHost() { mHasCallingIdentity = false; }
+void IPCThreadState::resetCallingIdentityForHost() {
+    mHasCallingIdentity = false;
+}
 
 }  // namespace android

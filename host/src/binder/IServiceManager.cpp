@@ -1,18 +1,17 @@
 /*
  * The in-process service manager and the permission checks, answered from the host's grants.
  */
+#include <android/log.h>
+#include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
+#include <binder/Parcel.h>
+#include <hostctl/Binder.h>
+#include <utils/String8.h>
 
 #include <map>
 #include <mutex>
 #include <set>
 #include <tuple>
-
-#include <android/log.h>
-#include <binder/IPCThreadState.h>
-#include <binder/Parcel.h>
-#include <hostctl/Binder.h>
-#include <utils/String8.h>
 
 namespace android {
 
@@ -34,7 +33,9 @@ bool IServiceManager::setDefaultImpl(sp<IServiceManager> impl) {
     }
     return false;
 }
-const sp<IServiceManager>& IServiceManager::getDefaultImpl() { return default_impl; }
+const sp<IServiceManager>& IServiceManager::getDefaultImpl() {
+    return default_impl;
+}
 IServiceManager::IServiceManager() {}
 IServiceManager::~IServiceManager() {}
 
@@ -147,8 +148,7 @@ bool checkCallingPermission(const String16& permission, int32_t* outPid, int32_t
     return checkPermission(permission, pid, uid);
 }
 
-bool checkPermission(const String16& permission, pid_t pid, uid_t uid,
-                     bool logPermissionFailure) {
+bool checkPermission(const String16& permission, pid_t pid, uid_t uid, bool logPermissionFailure) {
     const std::string name = String8(permission).string();
     Grants& g = grants();
     bool granted = false;
@@ -212,8 +212,12 @@ void clearPermissionChecks() {
     g.checks.clear();
 }
 
-void removeService(const std::string& name) { android::hostServiceManager()->remove(name); }
+void removeService(const std::string& name) {
+    android::hostServiceManager()->remove(name);
+}
 
-void clearServices() { android::hostServiceManager()->clear(); }
+void clearServices() {
+    android::hostServiceManager()->clear();
+}
 
 }  // namespace hostctl

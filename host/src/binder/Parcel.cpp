@@ -2,14 +2,12 @@
  * Parcel: data management, fixed-size items, RPC headers, binder objects and blobs. Strings,
  * vectors and parcelables are in ParcelStrings.cpp.
  */
-#include <binder/Parcel.h>
-
-#include <stdlib.h>
-#include <string.h>
-
 #include <android/log.h>
 #include <binder/IPCThreadState.h>
+#include <binder/Parcel.h>
 #include <binder/Status.h>
+#include <stdlib.h>
+#include <string.h>
 
 #include "ParcelWire.h"
 
@@ -35,17 +33,29 @@ static_assert(sizeof(FlatBinderObject) == parcelwire::kFlatBinderObjectSize,
 
 Parcel::Parcel() : mData(nullptr), mDataSize(0), mDataCapacity(0), mDataPos(0) {}
 
-Parcel::~Parcel() { freeData(); }
+Parcel::~Parcel() {
+    freeData();
+}
 
-const uint8_t* Parcel::data() const { return mData; }
+const uint8_t* Parcel::data() const {
+    return mData;
+}
 
-size_t Parcel::dataSize() const { return mDataSize > mDataPos ? mDataSize : mDataPos; }
+size_t Parcel::dataSize() const {
+    return mDataSize > mDataPos ? mDataSize : mDataPos;
+}
 
-size_t Parcel::dataAvail() const { return mDataPos < mDataSize ? mDataSize - mDataPos : 0; }
+size_t Parcel::dataAvail() const {
+    return mDataPos < mDataSize ? mDataSize - mDataPos : 0;
+}
 
-size_t Parcel::dataPosition() const { return mDataPos; }
+size_t Parcel::dataPosition() const {
+    return mDataPos;
+}
 
-size_t Parcel::dataCapacity() const { return mDataCapacity; }
+size_t Parcel::dataCapacity() const {
+    return mDataCapacity;
+}
 
 status_t Parcel::setDataSize(size_t size) {
     if (size > INT32_MAX) return BAD_VALUE;
@@ -107,7 +117,7 @@ status_t Parcel::appendFrom(const Parcel* parcel, size_t start, size_t len) {
             FlatBinderObject flat;
             memcpy(&flat, mData + offset, sizeof(flat));
             if (obj.binder != nullptr) {
-                flat.binder = mObjects.size();
+                flat.binder = mObjects.size() + 1;
                 memcpy(mData + offset, &flat, sizeof(flat));
             }
             mObjects.push_back({offset, obj.binder});
@@ -122,7 +132,9 @@ int Parcel::compareData(const Parcel& other) const {
     return size == 0 ? 0 : memcmp(mData, other.mData, size);
 }
 
-size_t Parcel::objectsCount() const { return mObjects.size(); }
+size_t Parcel::objectsCount() const {
+    return mObjects.size();
+}
 
 void Parcel::freeData() {
     free(mData);
@@ -186,17 +198,37 @@ status_t Parcel::writeUnpadded(const void* data, size_t len) {
     return OK;
 }
 
-status_t Parcel::writeInt32(int32_t val) { return writeAlignedRaw(&val, sizeof(val)); }
-status_t Parcel::writeUint32(uint32_t val) { return writeAlignedRaw(&val, sizeof(val)); }
-status_t Parcel::writeInt64(int64_t val) { return writeAlignedRaw(&val, sizeof(val)); }
-status_t Parcel::writeUint64(uint64_t val) { return writeAlignedRaw(&val, sizeof(val)); }
-status_t Parcel::writeFloat(float val) { return writeAlignedRaw(&val, sizeof(val)); }
-status_t Parcel::writeDouble(double val) { return writeAlignedRaw(&val, sizeof(val)); }
-status_t Parcel::writeBool(bool val) { return writeInt32(val ? 1 : 0); }
-status_t Parcel::writeChar(char16_t val) { return writeInt32(static_cast<int32_t>(val)); }
-status_t Parcel::writeByte(int8_t val) { return writeInt32(static_cast<int32_t>(val)); }
+status_t Parcel::writeInt32(int32_t val) {
+    return writeAlignedRaw(&val, sizeof(val));
+}
+status_t Parcel::writeUint32(uint32_t val) {
+    return writeAlignedRaw(&val, sizeof(val));
+}
+status_t Parcel::writeInt64(int64_t val) {
+    return writeAlignedRaw(&val, sizeof(val));
+}
+status_t Parcel::writeUint64(uint64_t val) {
+    return writeAlignedRaw(&val, sizeof(val));
+}
+status_t Parcel::writeFloat(float val) {
+    return writeAlignedRaw(&val, sizeof(val));
+}
+status_t Parcel::writeDouble(double val) {
+    return writeAlignedRaw(&val, sizeof(val));
+}
+status_t Parcel::writeBool(bool val) {
+    return writeInt32(val ? 1 : 0);
+}
+status_t Parcel::writeChar(char16_t val) {
+    return writeInt32(static_cast<int32_t>(val));
+}
+status_t Parcel::writeByte(int8_t val) {
+    return writeInt32(static_cast<int32_t>(val));
+}
 
-status_t Parcel::writeNoException() { return writeInt32(0); }
+status_t Parcel::writeNoException() {
+    return writeInt32(0);
+}
 
 // ---------------------------------------------------------------------------------------------
 // Reading
@@ -300,15 +332,33 @@ status_t Parcel::readByte(int8_t* pArg) const {
     return err;
 }
 
-int32_t Parcel::readInt32() const { return readOr0<int32_t>(*this, &Parcel::readInt32); }
-uint32_t Parcel::readUint32() const { return readOr0<uint32_t>(*this, &Parcel::readUint32); }
-int64_t Parcel::readInt64() const { return readOr0<int64_t>(*this, &Parcel::readInt64); }
-uint64_t Parcel::readUint64() const { return readOr0<uint64_t>(*this, &Parcel::readUint64); }
-float Parcel::readFloat() const { return readOr0<float>(*this, &Parcel::readFloat); }
-double Parcel::readDouble() const { return readOr0<double>(*this, &Parcel::readDouble); }
-bool Parcel::readBool() const { return readOr0<bool>(*this, &Parcel::readBool); }
-char16_t Parcel::readChar() const { return readOr0<char16_t>(*this, &Parcel::readChar); }
-int8_t Parcel::readByte() const { return readOr0<int8_t>(*this, &Parcel::readByte); }
+int32_t Parcel::readInt32() const {
+    return readOr0<int32_t>(*this, &Parcel::readInt32);
+}
+uint32_t Parcel::readUint32() const {
+    return readOr0<uint32_t>(*this, &Parcel::readUint32);
+}
+int64_t Parcel::readInt64() const {
+    return readOr0<int64_t>(*this, &Parcel::readInt64);
+}
+uint64_t Parcel::readUint64() const {
+    return readOr0<uint64_t>(*this, &Parcel::readUint64);
+}
+float Parcel::readFloat() const {
+    return readOr0<float>(*this, &Parcel::readFloat);
+}
+double Parcel::readDouble() const {
+    return readOr0<double>(*this, &Parcel::readDouble);
+}
+bool Parcel::readBool() const {
+    return readOr0<bool>(*this, &Parcel::readBool);
+}
+char16_t Parcel::readChar() const {
+    return readOr0<char16_t>(*this, &Parcel::readChar);
+}
+int8_t Parcel::readByte() const {
+    return readOr0<int8_t>(*this, &Parcel::readByte);
+}
 
 int32_t Parcel::readExceptionCode() const {
     binder::Status status;
@@ -325,12 +375,12 @@ status_t Parcel::writeInterfaceToken(const String16& interface) {
 
 status_t Parcel::writeInterfaceToken(const char16_t* str, size_t len) {
     const IPCThreadState* threadState = IPCThreadState::self();
-    status_t err = writeInt32(threadState->getStrictModePolicy() |
-                              parcelwire::kStrictModePenaltyGather);
+    status_t err =
+        writeInt32(threadState->getStrictModePolicy() | parcelwire::kStrictModePenaltyGather);
     if (err == OK) {
         err = writeInt32(threadState->shouldPropagateWorkSource()
-                                 ? static_cast<int32_t>(threadState->getCallingWorkSourceUid())
-                                 : IPCThreadState::kUnsetWorkSource);
+                             ? static_cast<int32_t>(threadState->getCallingWorkSourceUid())
+                             : IPCThreadState::kUnsetWorkSource);
     }
     if (err == OK) err = writeInt32(parcelwire::kHeader);
     if (err == OK) err = writeString16(str, len);
@@ -370,21 +420,23 @@ bool Parcel::enforceInterface(const char16_t* interface, size_t len,
     }
     const String8 expected = interface != nullptr ? String8(interface, len) : String8();
     const String8 found =
-            parcelInterface != nullptr ? String8(parcelInterface, parcelLen) : String8();
+        parcelInterface != nullptr ? String8(parcelInterface, parcelLen) : String8();
     __android_log_print(ANDROID_LOG_WARN, kLogTag,
                         "**** enforceInterface() expected '%s' but read '%s'", expected.string(),
                         found.string());
     return false;
 }
 
-bool Parcel::checkInterface(IBinder*) const { return true; }
+bool Parcel::checkInterface(IBinder*) const {
+    return true;
+}
 
 binder::Status Parcel::enforceNoDataAvail() const {
     const size_t avail = dataAvail();
     if (avail == 0) return binder::Status::ok();
     return binder::Status::fromExceptionCode(
-            binder::Status::EX_BAD_PARCELABLE,
-            String8::format("Parcel data not fully consumed, unread size: %zu", avail));
+        binder::Status::EX_BAD_PARCELABLE,
+        String8::format("Parcel data not fully consumed, unread size: %zu", avail));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -406,8 +458,9 @@ status_t Parcel::writeStrongBinder(const sp<IBinder>& val) {
         } else {
             flat.type = parcelwire::kBinderTypeHandle;
         }
-        // Where a kernel would put a pointer or a handle, the host puts the table index.
-        flat.binder = index;
+        // Where a kernel would put a pointer or a handle, the host puts the table index + 1,
+        // leaving 0 to mean null as a null pointer does.
+        flat.binder = index + 1;
     }
     status_t err = writeAlignedRaw(&flat, sizeof(flat));
     if (err != OK) return err;
@@ -430,14 +483,15 @@ status_t Parcel::readNullableBinderAt(sp<IBinder>* val) const {
         return BAD_TYPE;
     }
     sp<IBinder> binder;
-    bool found = false;
-    if (flat.binder < mObjects.size() && mObjects[flat.binder].offset == start) {
-        binder = mObjects[flat.binder].binder;
-        found = true;
+    bool valid = false;
+    if (flat.binder == 0) {
+        valid = flat.type == parcelwire::kBinderTypeBinder && flat.cookie == 0;
+    } else if (flat.binder <= mObjects.size() && mObjects[flat.binder - 1].offset == start) {
+        // Only a record the parcel itself wrote (or took over) has a table entry here.
+        binder = mObjects[flat.binder - 1].binder;
+        valid = true;
     }
-    // A record that is not in the object table is only accepted as the null binder.
-    if (!found && !(flat.type == parcelwire::kBinderTypeBinder && flat.binder == 0 &&
-                    flat.cookie == 0)) {
+    if (!valid) {
         __android_log_print(ANDROID_LOG_ERROR, kLogTag,
                             "Binder object at offset %zu is not in the object list", start);
         return BAD_TYPE;
@@ -474,7 +528,9 @@ sp<IBinder> Parcel::readStrongBinder() const {
 
 Parcel::Blob::Blob() : mFd(-1), mData(nullptr), mSize(0), mMutable(false) {}
 
-Parcel::Blob::~Blob() { release(); }
+Parcel::Blob::~Blob() {
+    release();
+}
 
 void Parcel::Blob::clear() {
     mFd = -1;
@@ -484,7 +540,9 @@ void Parcel::Blob::clear() {
 }
 
 // In-place blobs own nothing (no shared memory mapping to undo).
-void Parcel::Blob::release() { clear(); }
+void Parcel::Blob::release() {
+    clear();
+}
 
 void Parcel::Blob::init(int fd, void* data, size_t size, bool isMutable) {
     mFd = fd;

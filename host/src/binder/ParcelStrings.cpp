@@ -2,9 +2,7 @@
  * Parcel: strings (UTF-16, UTF-8, C strings), vectors and parcelables.
  */
 #include <binder/Parcel.h>
-
 #include <string.h>
-
 #include <utils/Unicode.h>
 
 #include "ParcelWire.h"
@@ -62,7 +60,7 @@ const char16_t* Parcel::readString16Raw(size_t* outLen, bool* isNull) const {
     }
     if (size >= 0 && size < INT32_MAX) {
         const char16_t* str = static_cast<const char16_t*>(
-                readInplace((static_cast<size_t>(size) + 1) * sizeof(char16_t)));
+            readInplace((static_cast<size_t>(size) + 1) * sizeof(char16_t)));
         // A string without its terminator is malformed.
         if (str != nullptr && str[size] == 0) {
             *outLen = static_cast<size_t>(size);
@@ -180,7 +178,9 @@ status_t Parcel::readUtf8FromUtf16(std::optional<std::string>* str) const {
 // ---------------------------------------------------------------------------------------------
 // 8-bit strings: int32 length in bytes, the bytes and a NUL, padded; -1 for null.
 
-status_t Parcel::writeString8(const String8& str) { return writeString8(str.string(), str.size()); }
+status_t Parcel::writeString8(const String8& str) {
+    return writeString8(str.string(), str.size());
+}
 
 status_t Parcel::writeString8(const char* str, size_t len) {
     if (str == nullptr) return writeInt32(-1);
@@ -382,9 +382,13 @@ static status_t readBytes(const Parcel& p, std::vector<T>* val) {
     return OK;
 }
 
-status_t Parcel::readByteVector(std::vector<int8_t>* val) const { return readBytes(*this, val); }
+status_t Parcel::readByteVector(std::vector<int8_t>* val) const {
+    return readBytes(*this, val);
+}
 
-status_t Parcel::readByteVector(std::vector<uint8_t>* val) const { return readBytes(*this, val); }
+status_t Parcel::readByteVector(std::vector<uint8_t>* val) const {
+    return readBytes(*this, val);
+}
 
 // ---------------------------------------------------------------------------------------------
 // Parcelables: int32 1 (present) then the object; 0 means null.

@@ -4,16 +4,17 @@
 #ifndef HOST_BINDER_PARCEL_WIRE_H
 #define HOST_BINDER_PARCEL_WIRE_H
 
+#include <binder/IBinder.h>
 #include <stddef.h>
 #include <stdint.h>
-
-#include <binder/IBinder.h>
 
 namespace android {
 namespace parcelwire {
 
 // Every item of a parcel is padded to 4 bytes.
-inline constexpr size_t padSize(size_t s) { return (s + 3) & ~static_cast<size_t>(3); }
+inline constexpr size_t padSize(size_t s) {
+    return (s + 3) & ~static_cast<size_t>(3);
+}
 
 // Header word of an RPC header written by system-partition code.
 constexpr int32_t kHeader = static_cast<int32_t>(B_PACK_CHARS('S', 'Y', 'S', 'T'));

@@ -1,11 +1,9 @@
+#include <binder/Parcel.h>
 #include <binder/Status.h>
-
 #include <string.h>
+#include <utils/String16.h>
 
 #include <optional>
-
-#include <binder/Parcel.h>
-#include <utils/String16.h>
 
 namespace android {
 namespace binder {
@@ -61,7 +59,9 @@ std::string statusName(status_t s) {
 
 }  // namespace
 
-Status Status::ok() { return Status(); }
+Status Status::ok() {
+    return Status();
+}
 
 Status Status::fromExceptionCode(int32_t exceptionCode) {
     if (exceptionCode == EX_TRANSACTION_FAILED) return Status(exceptionCode, FAILED_TRANSACTION);
@@ -83,8 +83,7 @@ Status Status::fromServiceSpecificError(int32_t serviceSpecificErrorCode) {
     return Status(EX_SERVICE_SPECIFIC, serviceSpecificErrorCode);
 }
 
-Status Status::fromServiceSpecificError(int32_t serviceSpecificErrorCode,
-                                        const String8& message) {
+Status Status::fromServiceSpecificError(int32_t serviceSpecificErrorCode, const String8& message) {
     return Status(EX_SERVICE_SPECIFIC, serviceSpecificErrorCode, message);
 }
 

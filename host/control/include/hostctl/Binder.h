@@ -7,6 +7,8 @@
 #ifndef HOSTCTL_BINDER_H
 #define HOSTCTL_BINDER_H
 
+#include <binder/IBinder.h>
+#include <binder/Parcel.h>
 #include <stddef.h>
 #include <stdint.h>
 #include <sys/types.h>
@@ -16,9 +18,6 @@
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include <binder/IBinder.h>
-#include <binder/Parcel.h>
 
 namespace hostctl {
 
@@ -107,8 +106,8 @@ public:
     android::status_t dump(int fd, const android::Vector<android::String16>& args) override;
     // DEAD_OBJECT once killed. Otherwise records the call, then answers ping and interface
     // queries itself and hands the rest to the handler (OK with an empty reply without one).
-    android::status_t transact(uint32_t code, const android::Parcel& data,
-                               android::Parcel* reply, uint32_t flags = 0) override;
+    android::status_t transact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                               uint32_t flags = 0) override;
     // BAD_VALUE for a null recipient, DEAD_OBJECT once killed.
     android::status_t linkToDeath(const android::sp<DeathRecipient>& recipient,
                                   void* cookie = nullptr, uint32_t flags = 0) override;
