@@ -5,7 +5,8 @@
  * A host cannot pass binder pointers through a kernel, so a strong binder is written as a
  * flat_binder_object-shaped record whose binder field indexes the parcel's own object table, and
  * reading it back looks the binder up there. Reads never go past the end of the data: a short
- * read fails with NOT_ENOUGH_DATA (or yields zero/empty/null) and leaves the position unchanged.
+ * read of one item fails with NOT_ENOUGH_DATA (or yields zero, empty or null) and leaves the
+ * position where it was.
  */
 #ifndef ANDROID_PARCEL_H
 #define ANDROID_PARCEL_H

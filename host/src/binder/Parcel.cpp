@@ -9,6 +9,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
+
 #include "ParcelWire.h"
 
 namespace android {
@@ -41,8 +43,9 @@ const uint8_t* Parcel::data() const {
     return mData;
 }
 
+// Only written bytes count: a position moved past the end adds nothing to data().
 size_t Parcel::dataSize() const {
-    return mDataSize > mDataPos ? mDataSize : mDataPos;
+    return mDataSize;
 }
 
 size_t Parcel::dataAvail() const {
@@ -64,10 +67,11 @@ status_t Parcel::setDataSize(size_t size) {
     mDataSize = size;
     if (mDataPos > size) mDataPos = size;
     // Binder objects cut off by the new size are gone.
-    while (!mObjects.empty() &&
-           mObjects.back().offset + parcelwire::kFlatBinderObjectSize > mDataSize) {
-        mObjects.pop_back();
-    }
+    mObjects.erase(std::remove_if(mObjects.begin(), mObjects.end(),
+                                  [size](const Object& obj) {
+                                      return obj.offset + parcelwire::kFlatBinderObjectSize > size;
+                                  }),
+                   mObjects.end());
     return OK;
 }
 

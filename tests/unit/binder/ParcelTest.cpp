@@ -215,6 +215,7 @@ TEST(ParcelBounds, ReadsPastTheEndFailWithoutMoving) {
 
     p.setDataPosition(1000);  // past the end: nothing reads, nothing crashes
     EXPECT_EQ(0u, p.dataAvail());
+    EXPECT_EQ(4u, p.dataSize());  // callers copy dataSize() bytes from data()
     EXPECT_EQ(0, p.readInt32());
     EXPECT_EQ(nullptr, p.readCString());
     EXPECT_EQ(nullptr, p.readInplace(4));
