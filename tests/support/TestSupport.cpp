@@ -26,8 +26,11 @@ void captureLogger(const struct __android_logger_data* data, const char* message
 }  // namespace
 
 LogCapture::LogCapture() {
-    std::lock_guard<std::mutex> g(gLock);
-    gLines = new std::vector<LogLine>();
+    {
+        std::lock_guard<std::mutex> g(gLock);
+        gLines = new std::vector<LogLine>();
+    }
+    // Outside gLock: liblog calls the logger under its own lock, which then takes gLock.
     __android_log_set_logger(captureLogger);
 }
 
