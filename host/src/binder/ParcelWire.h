@@ -32,6 +32,16 @@ constexpr uint32_t kDefaultSchedBits = 19;
 // Stability of a binder written by system code (Stability::Level::SYSTEM); 0 for null.
 constexpr int32_t kStabilitySystem = 0x0c;
 
+// A flat_binder_object as laid out on a 64-bit kernel.
+struct FlatBinderObject {
+    uint32_t type;
+    uint32_t flags;
+    uint64_t binder;  // or the handle in its low 32 bits
+    uint64_t cookie;
+};
+static_assert(sizeof(FlatBinderObject) == kFlatBinderObjectSize,
+              "flat_binder_object is 24 bytes on a 64-bit kernel");
+
 enum BlobType : int32_t {
     BLOB_INPLACE = 0,
     BLOB_ASHMEM_IMMUTABLE = 1,
