@@ -1,0 +1,23 @@
+/*
+ * The avatar (Zumio) feature: which apps and activities may use it, and the avatar description
+ * that reaches the camera HAL in session tags.
+ */
+#ifndef VANTU_CAMERASERVICE_FEATURES_APS_ZUMIOMANAGER_H
+#define VANTU_CAMERASERVICE_FEATURES_APS_ZUMIOMANAGER_H
+
+#include <utils/RefBase.h>
+#include <utils/StrongPointer.h>
+
+namespace android {
+
+class ZumioManager : public RefBase {
+public:
+    // The process-wide manager, or null while the avatar feature is not available. The extension
+    // object takes it once at construction and holds it for the life of the process. The avatar
+    // feature brings the manager itself; until then there is none.
+    static sp<ZumioManager> getInstance();
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_FEATURES_APS_ZUMIOMANAGER_H

@@ -1,0 +1,29 @@
+#include "features/rio/MagneticSensorManger.h"
+
+namespace android {
+
+sp<MagnecticSensorManager> MagnecticSensorManager::getInstance(CameraServiceExtImpl* /*owner*/) {
+    return nullptr;
+}
+
+status_t MagnecticSensorManager::addListener(const sp<hardware::ICameraServiceListener>&) {
+    return OK;
+}
+
+status_t MagnecticSensorManager::removeListener(const sp<hardware::ICameraServiceListener>&) {
+    return OK;
+}
+
+void MagnecticSensorManager::initCameraInfos(sp<CameraProviderManager>) {}
+
+void MagnecticSensorManager::parseResult(CameraMetadata&) {}
+
+void MagnecticSensorManager::setTorchIntensity(CameraMetadata&, uint32_t) {}
+
+void MagnecticSensorManager::checkNeedEnableMagneticSensor() {}
+
+bool MagnecticSensorManager::isTorchIntensityChanged() {
+    return false;
+}
+
+}  // namespace android

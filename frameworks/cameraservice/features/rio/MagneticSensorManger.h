@@ -1,0 +1,40 @@
+/*
+ * The magnetic-accessory torch (RIO): the magnet sensor, the torch intensity written into
+ * requests, and the fake torch status told to the registered system listener.
+ */
+#ifndef VANTU_CAMERASERVICE_FEATURES_RIO_MAGNETICSENSORMANGER_H
+#define VANTU_CAMERASERVICE_FEATURES_RIO_MAGNETICSENSORMANGER_H
+
+#include <android/hardware/ICameraServiceListener.h>
+#include <camera/CameraMetadata.h>
+#include <stdint.h>
+#include <utils/Errors.h>
+#include <utils/RefBase.h>
+#include <utils/StrongPointer.h>
+
+#include "common/CameraProviderManager.h"
+
+namespace android {
+
+class CameraServiceExtImpl;
+
+class MagnecticSensorManager : public RefBase {
+public:
+    // The process-wide manager, or null while the magnetic torch is not available. The extension
+    // object (`owner`) takes it once at construction and holds it for the life of the process.
+    // The magnetic-torch feature brings the manager itself; until then there is none.
+    static sp<MagnecticSensorManager> getInstance(CameraServiceExtImpl* owner);
+
+    // Reached through the extension's hooks of the same names.
+    status_t addListener(const sp<hardware::ICameraServiceListener>& listener);
+    status_t removeListener(const sp<hardware::ICameraServiceListener>& listener);
+    void initCameraInfos(sp<CameraProviderManager> manager);
+    void parseResult(CameraMetadata& result);
+    void setTorchIntensity(CameraMetadata& request, uint32_t requestCount);
+    void checkNeedEnableMagneticSensor();
+    bool isTorchIntensityChanged();
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_FEATURES_RIO_MAGNETICSENSORMANGER_H
