@@ -1,0 +1,18 @@
+/*
+ * MediaTek MT6877 (board platform "mt6877").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MT6877_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MT6877_H
+
+#include "platform/CameraServiceExtImpl_mtk.h"
+
+namespace android {
+
+class CameraServiceExtImpl_mt6877 : public CameraServiceExtImpl_mtk {
+public:
+    CameraServiceExtImpl_mt6877();
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MT6877_H

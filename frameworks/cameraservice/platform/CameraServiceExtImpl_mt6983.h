@@ -1,0 +1,21 @@
+/*
+ * MediaTek MT6983 (board platform "mt6983").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MT6983_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MT6983_H
+
+#include "platform/CameraServiceExtImpl_mtk.h"
+
+namespace android {
+
+class CameraServiceExtImpl_mt6983 : public CameraServiceExtImpl_mtk {
+public:
+    CameraServiceExtImpl_mt6983();
+
+    // Thumbnail sizes offered to CTS.
+    virtual void limitThumbnailSizeListForCts(CameraMetadata* info, const String16& cameraId);
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MT6983_H

@@ -1,0 +1,34 @@
+/*
+ * The MediaTek family: the rules every MediaTek chip shares. Chip classes derive from it and
+ * override only what differs on their chip.
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MTK_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MTK_H
+
+#include "CameraServiceExtImpl.h"
+
+namespace android {
+
+class CameraServiceExtImpl_mtk : public CameraServiceExtImpl {
+public:
+    CameraServiceExtImpl_mtk();
+
+    // Request thread, per request: true when the request must carry new temperatures (`force`
+    // when nothing changed).
+    virtual bool IsNewRequestThermalTemp(bool force);
+    // Request thread: writes the last temperatures into the request's thermal tag.
+    virtual void updatethermaltemp(CameraMetadata& request);
+
+protected:
+    // Requests seen, for sampling temperatures every mThermalPeriod requests.
+    uint32_t mThermalRequestCounter = 0;
+    // "feature_get_temperature_enable", read at construction.
+    bool mGetTemperatureEnable = false;
+    int32_t mThermalPeriod = 60;
+    // The counter restarts at this value read as unsigned (0xFFFFFFF0).
+    int32_t mThermalCounterLimit = -16;
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MTK_H

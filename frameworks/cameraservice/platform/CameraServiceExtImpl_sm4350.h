@@ -1,0 +1,27 @@
+/*
+ * Qualcomm Snapdragon SM4350 (board platform "holi").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM4350_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM4350_H
+
+#include "platform/CameraServiceExtImpl_qcom.h"
+
+namespace android {
+
+class CameraServiceExtImpl_sm4350 : public CameraServiceExtImpl_qcom {
+public:
+    CameraServiceExtImpl_sm4350();
+
+    // API2 size lists for the querying app.
+    virtual void limitAPI2Size(const String16& cameraId, const char* packageName,
+                               CameraMetadata* info);
+    // Size lists offered to third-party apps on this chip family.
+    virtual void limit3rdAPPSizeListFor6375(CameraMetadata* info, const char* packageName,
+                                            const String16& cameraId);
+    // Characteristics edits that let ITS skip tests the chip cannot pass.
+    virtual void skipItsTest(CameraMetadata* info);
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM4350_H

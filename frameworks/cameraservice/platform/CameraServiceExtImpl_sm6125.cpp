@@ -1,0 +1,7 @@
+#include "platform/CameraServiceExtImpl_sm6125.h"
+
+namespace android {
+
+CameraServiceExtImpl_sm6125::CameraServiceExtImpl_sm6125() = default;
+
+}  // namespace android

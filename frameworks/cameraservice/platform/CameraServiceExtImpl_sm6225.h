@@ -1,0 +1,23 @@
+/*
+ * Qualcomm Snapdragon SM6225 (board platform "bengal").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM6225_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM6225_H
+
+#include "platform/CameraServiceExtImpl_qcom.h"
+
+namespace android {
+
+class CameraServiceExtImpl_sm6225 : public CameraServiceExtImpl_qcom {
+public:
+    CameraServiceExtImpl_sm6225();
+
+    using CameraServiceExtImpl::limitSize;
+
+    // The chip's size table for the querying app (package) on a camera.
+    virtual void limitSize(const String16& cameraId, const char* packageName, CameraMetadata* info);
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM6225_H

@@ -1,0 +1,23 @@
+/*
+ * Qualcomm Snapdragon SM7125 (board platform "atoll").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM7125_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM7125_H
+
+#include "platform/CameraServiceExtImpl_qcom.h"
+
+namespace android {
+
+class CameraServiceExtImpl_sm7125 : public CameraServiceExtImpl_qcom {
+public:
+    CameraServiceExtImpl_sm7125();
+
+    using CameraServiceExtImpl::limitSize;
+
+    // The chip's size table for the querying app (package) on a camera.
+    virtual void limitSize(const String16& cameraId, const char* packageName, CameraMetadata* info);
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM7125_H

@@ -1,0 +1,30 @@
+/*
+ * Qualcomm Snapdragon SM7250 (board platform "lito").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM7250_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM7250_H
+
+#include <vendor/vantu/hardware/performance/1.0/IPerformance.h>
+
+#include "platform/CameraServiceExtImpl_qcom.h"
+
+namespace android {
+
+class CameraServiceExtImpl_sm7250 : public CameraServiceExtImpl_qcom {
+public:
+    CameraServiceExtImpl_sm7250();
+    ~CameraServiceExtImpl_sm7250() override;
+
+    using CameraServiceExtImpl::limitSize;
+
+    // The chip's size table for the querying app (package) on a camera.
+    virtual void limitSize(const String16& cameraId, const char* packageName, CameraMetadata* info);
+
+protected:
+    // The performance HAL service that sets thread scheduling classes; fetched on first use.
+    sp<vendor::vantu::hardware::performance::V1_0::IPerformance> mPerformance;
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM7250_H

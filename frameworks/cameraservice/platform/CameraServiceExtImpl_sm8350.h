@@ -1,0 +1,23 @@
+/*
+ * Qualcomm Snapdragon SM8350 (board platform "lahaina").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8350_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8350_H
+
+#include "platform/CameraServiceExtImpl_qcom.h"
+
+namespace android {
+
+class CameraServiceExtImpl_sm8350 : public CameraServiceExtImpl_qcom {
+public:
+    CameraServiceExtImpl_sm8350();
+
+    // True when a connect of the package is not recorded.
+    virtual bool isConnectIgnoreApp(const char* packageName);
+    // Request thread: writes the last temperatures into the request's thermal tag.
+    virtual void updatethermaltemp(CameraMetadata& request);
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8350_H

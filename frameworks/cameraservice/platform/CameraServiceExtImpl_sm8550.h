@@ -1,0 +1,18 @@
+/*
+ * Qualcomm Snapdragon SM8550 (board platform "kalama").
+ */
+#ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8550_H
+#define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8550_H
+
+#include "platform/CameraServiceExtImpl_qcom.h"
+
+namespace android {
+
+class CameraServiceExtImpl_sm8550 : public CameraServiceExtImpl_qcom {
+public:
+    CameraServiceExtImpl_sm8550();
+};
+
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8550_H
