@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <hostctl/VendorTags.h>
 
+#include <atomic>
+#include <thread>
 #include <vector>
 
 using android::CameraMetadata;
@@ -238,6 +240,38 @@ TEST_F(VendorTags, AMalformedDescriptorParcelLeavesTheDescriptorUnchanged) {
 
     EXPECT_EQ(desc->getTagCount(), 1);
     EXPECT_STREQ(desc->getTagName(0x80000000u), "a");
+}
+
+// Request and result threads resolve vendor tags while the service installs and clears the
+// process-wide descriptor; the lookups must be race free (this test is meant for TSan builds).
+TEST_F(VendorTags, LookupsRaceFreeWithInstallation) {
+    sp<VendorTagDescriptor> desc =
+        hostctl::makeVendorTagDescriptor({{"com.vantu.fwkApiLevel", TYPE_INT32}});
+    ASSERT_NE(desc, nullptr);
+    ASSERT_TRUE(hostctl::registerVendorTagsInCache(kProvider, desc));
+    const uint32_t tag = 0x80000000u;
+
+    std::atomic<bool> stop{false};
+    std::atomic<int> failures{0};
+    std::vector<std::thread> readers;
+    for (int t = 0; t < 2; ++t) {
+        readers.emplace_back([&] {
+            while (!stop.load(std::memory_order_relaxed)) {
+                CameraMetadata settings;
+                hostctl::setMetadataVendorId(&settings, kProvider);
+                int32_t level = 33;
+                if (settings.update(tag, &level, 1) != android::OK) failures++;
+                get_camera_metadata_tag_type(tag);  // global descriptor or nothing
+            }
+        });
+    }
+    for (int i = 0; i < 200; ++i) {
+        VendorTagDescriptor::setAsGlobalVendorTagDescriptor(desc);
+        VendorTagDescriptor::clearGlobalVendorTagDescriptor();
+    }
+    stop = true;
+    for (std::thread& r : readers) r.join();
+    EXPECT_EQ(failures.load(), 0);
 }
 
 }  // namespace
