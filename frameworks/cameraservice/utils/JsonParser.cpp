@@ -57,11 +57,13 @@ JsonParser::JsonParser(const char* path) {
 }
 
 JsonParser::~JsonParser() {
+    mDefault = nullptr;
     mSections.clear();
     if (mRoot != nullptr) json_object_put(mRoot);
 }
 
 void JsonParser::parserJsonFile(const char* path) {
+    mDefault = nullptr;
     mSections.clear();
     if (mRoot != nullptr) json_object_put(mRoot);
     mRoot = nullptr;
@@ -93,7 +95,7 @@ void JsonParser::parserJsonFile(const char* path) {
         }
         KeyMap keys;
         json_object_object_foreach(section, key, value) {
-            keys.emplace(key, value);
+            keys.emplace(key, Entry{value, true});
             if (!EXT_LOG_ON()) continue;
             switch (json_object_get_type(value)) {
                 case json_type_boolean:
@@ -114,27 +116,44 @@ void JsonParser::parserJsonFile(const char* path) {
         }
         mSections.emplace(sectionName, std::move(keys));
     }
+    inheritDefaults();
 }
 
-json_object* JsonParser::find(std::string_view section, std::string_view key) const {
-    auto s = mSections.find(section);
-    if (s == mSections.end()) return nullptr;
-    auto k = s->second.find(key);
-    // A JSON null is stored as a null json_object, so it reads as absent.
-    return k != s->second.end() ? k->second : nullptr;
+void JsonParser::inheritDefaults() {
+    auto d = mSections.find(kDefaultSection);
+    if (d == mSections.end()) return;
+    mDefault = &d->second;
+    for (auto& [name, keys] : mSections) {
+        if (&keys == mDefault) continue;
+        for (const auto& [key, entry] : *mDefault) {
+            // A value of the wrong type in the app's section still hides "default".
+            if (entry.value == nullptr) continue;
+            auto own = keys.find(key);
+            if (own == keys.end()) {
+                keys.emplace(key, Entry{entry.value, false});
+            } else if (own->second.value == nullptr) {
+                own->second = Entry{entry.value, false};
+            }
+        }
+    }
+}
+
+const JsonParser::KeyMap* JsonParser::sectionFor(std::string_view package) const {
+    auto s = mSections.find(package);
+    return s != mSections.end() ? &s->second : mDefault;
 }
 
 JsonParser::Resolution JsonParser::resolve(const char* key, const char* package,
                                            json_type type) const {
-    if (key == nullptr) return {Origin::Missing, nullptr, false};
-    const std::string_view section = packageText(package);
-    const bool isDefault = section == kDefaultSection;
-    json_object* value = find(section, key);
-    bool inApp = !isDefault && value != nullptr;
-    if (value == nullptr && !isDefault) value = find(kDefaultSection, key);
-    if (value == nullptr) return {Origin::Missing, nullptr, false};
-    if (json_object_get_type(value) != type) return {Origin::WrongType, value, inApp};
-    return {inApp ? Origin::App : Origin::Default, value, inApp};
+    const KeyMap* keys = key != nullptr ? sectionFor(packageText(package)) : nullptr;
+    if (keys == nullptr) return {Origin::Missing, nullptr, false};
+    auto k = keys->find(std::string_view(key));
+    if (k == keys->end() || k->second.value == nullptr) return {Origin::Missing, nullptr, false};
+    const bool inApp = keys != mDefault && k->second.own;
+    if (json_object_get_type(k->second.value) != type) {
+        return {Origin::WrongType, k->second.value, inApp};
+    }
+    return {inApp ? Origin::App : Origin::Default, k->second.value, inApp};
 }
 
 json_object* JsonParser::candidate(const char* getter, const char* key, const char* package,

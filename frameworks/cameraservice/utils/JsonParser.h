@@ -66,11 +66,19 @@ public:
     }
 
 private:
+    struct Entry {
+        json_object* value;  // nullptr for a JSON null
+        bool own;            // written in this section rather than taken from "default"
+    };
     // Transparent comparators let lookups take a string_view without building a std::string.
-    using KeyMap = std::map<std::string, json_object*, std::less<>>;
+    using KeyMap = std::map<std::string, Entry, std::less<>>;
     using SectionMap = std::map<std::string, KeyMap, std::less<>>;
 
-    json_object* find(std::string_view section, std::string_view key) const;
+    // Copies into each app section the "default" values it does not set (or sets to null), so
+    // that a lookup is one section search and one key search whichever section answers.
+    void inheritDefaults();
+    // The package's section, or "default" for a package without one.
+    const KeyMap* sectionFor(std::string_view package) const;
     // Resolves like resolve() and logs a type error under the getter's name.
     json_object* candidate(const char* getter, const char* key, const char* package,
                            json_type type) const;
@@ -80,6 +88,7 @@ private:
 
     json_object* mRoot = nullptr;  // owns every value the maps point to
     SectionMap mSections;
+    const KeyMap* mDefault = nullptr;
 };
 
 // Loads `path` into a new parser that becomes the current one.

@@ -14,6 +14,9 @@
 #include "utils/JsonParser.h"
 #include "utils/VantuLog.h"
 
+// Heap allocations made by this test binary so far (AllocationCount.cpp).
+long allocationCount();
+
 namespace {
 
 using android::JsonParser;
@@ -299,6 +302,26 @@ TEST_F(CurrentParserTest, ReplacingTheParserAnswersFromTheNewFile) {
     std::vector<double> out{1.0};
     android::getDoubleArray("maxFps", out);
     EXPECT_EQ(std::vector<double>{1.0}, out);
+}
+
+// Package names longer than a short-string buffer, so that any std::string built on the way
+// would show up as an allocation.
+TEST_F(CurrentParserTest, ScalarLookupsDoNotAllocate) {
+    root.writeFile(kPath, R"({"default": {"feature_cts_enable": true, "ratio": 0.5},
+                             "com.example.videocall.app": {"maxFps": 24,
+                                                           "feature_cts_enable": null}})");
+    android::initJsonParser(kPath);
+    android::setJsonPackageName("com.example.videocall.app");
+    const long before = allocationCount();
+    int sum = 0;
+    for (int i = 0; i < 100; ++i) {
+        sum += android::getInt("maxFps", 0);                   // app section
+        sum += android::getBool("feature_cts_enable", false);  // from "default"
+        sum += android::getInt("absent_key_of_some_length", 1, "com.example.other.app");
+        sum += static_cast<int>(2 * android::getDouble("ratio", 0.0, "com.example.other.app"));
+    }
+    EXPECT_EQ(before, allocationCount());
+    EXPECT_EQ(100 * (24 + 1 + 1 + 1), sum);
 }
 
 // Under TSan: getters on host threads run while the package changes and the parser is replaced.
