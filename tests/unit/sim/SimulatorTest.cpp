@@ -14,7 +14,7 @@
 
 namespace {
 
-struct Run {
+struct CamextRun {
     int status = -1;
     std::string out;
 };
@@ -29,9 +29,9 @@ std::string simFile(const std::string& name) {
 }
 
 // Runs camext with `args`, stdout and stderr together.
-Run camext(const std::string& args) {
+CamextRun camext(const std::string& args) {
     const std::string cmd = buildDir() + "/bin/camext " + args + " 2>&1";
-    Run r;
+    CamextRun r;
     FILE* p = popen(cmd.c_str(), "r");
     if (p == nullptr) return r;
     char buf[4096];
@@ -70,7 +70,7 @@ std::vector<std::string> lines(const std::string& text) {
 }
 
 TEST(SimulatorExpectations, WrongExpectationFailsWithExpectedBesideActual) {
-    Run r = camext("run " + simFile("wrong_expectation.json"));
+    CamextRun r = camext("run " + simFile("wrong_expectation.json"));
     EXPECT_EQ(1, r.status) << r.out;
     EXPECT_NE(std::string::npos, r.out.find("FAIL expect properties debug.sim.marker")) << r.out;
     // One row holds both sides: the file's value, then what the property really is.
@@ -87,7 +87,7 @@ TEST(SimulatorExpectations, WrongExpectationFailsWithExpectedBesideActual) {
 }
 
 TEST(SimulatorExpectations, JsonModeWritesOneRecordPerStep) {
-    Run r = camext("run --json " + simFile("wrong_expectation.json") + " 2>/dev/null");
+    CamextRun r = camext("run --json " + simFile("wrong_expectation.json") + " 2>/dev/null");
     EXPECT_EQ(1, r.status);
     auto records = lines(r.out);
     ASSERT_EQ(2u, records.size()) << r.out;
@@ -102,24 +102,24 @@ TEST(SimulatorMalformedFiles, ExitTwoNamingTheJsonPath) {
         const char* text;
         const char* where;
     } cases[] = {
-            {R"({"steps": [{"open": {"camera": "0"}}]})", "steps[0].open.package: is required"},
-            {R"({"steps": [{"close": {"camera": 0}}]})", "steps[0].close.camera: must be a string"},
-            {R"({"steps": [{"opne": {}}]})", "steps[0]: names no action"},
-            {R"({"steps": [{"close": {"camera": "0"}, "expect": {"metadata": {}}}]})",
-             "steps[0].expect.metadata: is checked only after"},
-            {R"({"steps": [{"request": {"camera": "0"}, "expect": {"metadata": {"android.flash.mode": {}}}}]})",
-             "steps[0].expect.metadata[\"android.flash.mode\"]: must be a number"},
-            {R"({"steps": [{"hook": "isPrivilegeApp", "args": [1]}]})",
-             "steps[0].hook: \"isPrivilegeApp\" is not an operation"},
-            {R"({"device": {"clock": {"wall": "now"}}, "steps": []})",
-             "device.clock.wall: must be an integer"},
-            {R"({"steps": [{"schedule": {"after_ms": 5, "step": {"advance_clock": {"ms": -1}}}}]})",
-             "steps[0].schedule.step.advance_clock.ms: must not be negative"},
-            {"{\"steps\": [\n  {\"close\": {\"camera\": \"0\"}},\n]}", "line 3"},
+        {R"({"steps": [{"open": {"camera": "0"}}]})", "steps[0].open.package: is required"},
+        {R"({"steps": [{"close": {"camera": 0}}]})", "steps[0].close.camera: must be a string"},
+        {R"({"steps": [{"opne": {}}]})", "steps[0]: names no action"},
+        {R"({"steps": [{"close": {"camera": "0"}, "expect": {"metadata": {}}}]})",
+         "steps[0].expect.metadata: is checked only after"},
+        {R"({"steps": [{"request": {"camera": "0"}, "expect": {"metadata": {"android.flash.mode": {}}}}]})",
+         "steps[0].expect.metadata[\"android.flash.mode\"]: must be a number"},
+        {R"({"steps": [{"hook": "isPrivilegeApp", "args": [1]}]})",
+         "steps[0].hook: \"isPrivilegeApp\" is not an operation"},
+        {R"({"device": {"clock": {"wall": "now"}}, "steps": []})",
+         "device.clock.wall: must be an integer"},
+        {R"({"steps": [{"schedule": {"after_ms": 5, "step": {"advance_clock": {"ms": -1}}}}]})",
+         "steps[0].schedule.step.advance_clock.ms: must not be negative"},
+        {"{\"steps\": [\n  {\"close\": {\"camera\": \"0\"}},\n]}", "line 3"},
     };
     for (const auto& c : cases) {
         TempScenario file(c.text);
-        Run r = camext("run " + file.path());
+        CamextRun r = camext("run " + file.path());
         EXPECT_EQ(2, r.status) << c.text << "\n" << r.out;
         EXPECT_NE(std::string::npos, r.out.find(c.where)) << c.text << "\n" << r.out;
     }
@@ -128,15 +128,16 @@ TEST(SimulatorMalformedFiles, ExitTwoNamingTheJsonPath) {
 TEST(SimulatorMalformedFiles, OneMalformedFileDoesNotStopTheOthers) {
     TempScenario bad(R"({"steps": 3})");
     TempScenario good(R"({"steps": [{"set_properties": {"a.b": "1"}}]})");
-    Run r = camext("run " + bad.path() + " " + good.path());
+    CamextRun r = camext("run " + bad.path() + " " + good.path());
     EXPECT_EQ(2, r.status) << r.out;
     EXPECT_NE(std::string::npos, r.out.find("steps: must be an array")) << r.out;
     EXPECT_NE(std::string::npos, r.out.find("1 steps, every expectation held")) << r.out;
 }
 
 TEST(SimulatorCrashes, CrashIsReportedWithItsStepAndTheNextFileRuns) {
-    TempScenario after(R"({"steps": [{"set_properties": {"a.b": "1"}, "expect": {"properties": {"a.b": "1"}}}]})");
-    Run r = camext("run " + simFile("crash.json") + " " + after.path());
+    TempScenario after(
+        R"({"steps": [{"set_properties": {"a.b": "1"}, "expect": {"properties": {"a.b": "1"}}}]})");
+    CamextRun r = camext("run " + simFile("crash.json") + " " + after.path());
     EXPECT_EQ(1, r.status) << r.out;
     EXPECT_NE(std::string::npos, r.out.find("CRASH in [steps[1]]")) << r.out;
     // Nothing after the crash played in that file, and the next file played in full.
@@ -145,7 +146,7 @@ TEST(SimulatorCrashes, CrashIsReportedWithItsStepAndTheNextFileRuns) {
 }
 
 TEST(SimulatorVirtualTime, ScheduledStepsFireInTimeOrderInsideTheStepThatMovesTime) {
-    Run r = camext("run --json " + simFile("schedule_order.json") + " 2>/dev/null");
+    CamextRun r = camext("run --json " + simFile("schedule_order.json") + " 2>/dev/null");
     EXPECT_EQ(0, r.status) << r.out;
     std::vector<std::string> order;
     for (const auto& l : lines(r.out)) {

@@ -78,6 +78,8 @@ Json Json::parse(const std::string& text, std::string* error) {
         if (error) *error = "out of memory";
         return Json();
     }
+    // Strict: trailing commas and other leniencies would hide typos in scenario files.
+    json_tokener_set_flags(tok, JSON_TOKENER_STRICT);
     json_object* root = json_tokener_parse_ex(tok, text.c_str(), static_cast<int>(text.size()));
     json_tokener_error err = json_tokener_get_error(tok);
     size_t end = json_tokener_get_parse_end(tok);
@@ -222,11 +224,15 @@ void Json::dumpTo(std::string* out) const {
                 *out += "null";
                 break;
             }
-            // The shortest text that reads back as the same double.
-            char buf[32];
-            for (int precision = 1; precision <= 17; ++precision) {
-                snprintf(buf, sizeof(buf), "%.*g", precision, mDouble);
-                if (strtod(buf, nullptr) == mDouble) break;
+            // Whole numbers as "30.0"; others as the shortest text that reads back the same.
+            char buf[40];
+            if (mDouble == std::floor(mDouble) && std::fabs(mDouble) < 1e15) {
+                snprintf(buf, sizeof(buf), "%.1f", mDouble);
+            } else {
+                for (int precision = 1; precision <= 17; ++precision) {
+                    snprintf(buf, sizeof(buf), "%.*g", precision, mDouble);
+                    if (strtod(buf, nullptr) == mDouble) break;
+                }
             }
             std::string text = buf;
             if (text.find_first_of(".eEn") == std::string::npos) text += ".0";

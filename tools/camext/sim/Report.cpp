@@ -15,6 +15,12 @@ std::string pad(std::string s, size_t width) {
     return s;
 }
 
+// Pads without cutting: names stay whole even when they overrun the column.
+std::string column(std::string s, size_t width) {
+    if (s.size() < width) s.resize(width, ' ');
+    return s;
+}
+
 std::string clock(const Json& atMs) {
     if (!atMs.isNumber()) return "";
     char buf[32];
@@ -119,15 +125,17 @@ void Report::renderStep(const Json& r) {
     if (changes["properties"].size() > 0) {
         line(d, "properties:");
         for (const auto& p : changes["properties"].items()) {
-            line(d + 1, pad(p["name"].asString(), 34) + " " + show(p["before"]) + " -> " +
+            line(d + 1, column(p["name"].asString(), 34) + " " + show(p["before"]) + " -> " +
                             show(p["after"]));
         }
     }
     if (changes["metadata"].size() > 0) {
         line(d, "metadata:");
         for (const auto& m : changes["metadata"].items()) {
-            line(d + 1, pad(m["tag"].asString(), 34) + " " + show(m["before"]) + " -> " +
-                            show(m["after"]));
+            std::string before = show(m["before"]), after = show(m["after"]);
+            if (m.has("before_name")) before += " (" + m["before_name"].asString() + ")";
+            if (m.has("after_name")) after += " (" + m["after_name"].asString() + ")";
+            line(d + 1, column(m["tag"].asString(), 34) + " " + before + " -> " + after);
         }
     }
     if (changes.has("streams")) {

@@ -3,11 +3,13 @@
 #include <errno.h>
 #include <poll.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <string.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "sim/Player.h"
 #include "sim/Report.h"
@@ -52,7 +54,34 @@ std::string describeStatus(int status) {
            " before it finished";
 }
 
-int playFile(const Scenario& scenario, const RunOptions& options, Report* report) {
+// A fresh folder that stands for "/" while one scenario plays; removed afterwards, also when
+// the scenario process crashed.
+class DeviceRoot {
+public:
+    DeviceRoot() {
+        char tmpl[] = "/tmp/camext-device-XXXXXX";
+        const char* p = mkdtemp(tmpl);
+        mPath = p ? p : "";
+    }
+    ~DeviceRoot() {
+        std::error_code ec;
+        if (!mPath.empty()) std::filesystem::remove_all(mPath, ec);
+    }
+    const std::string& path() const { return mPath; }
+
+private:
+    std::string mPath;
+};
+
+int playFile(const Scenario& scenario, const RunOptions& baseOptions, Report* report) {
+    DeviceRoot root;
+    if (root.path().empty()) {
+        report->crashed(scenario.file, "",
+                        std::string("cannot make a device root: ") + strerror(errno));
+        return 2;
+    }
+    RunOptions options = baseOptions;
+    options.deviceRoot = root.path();
     int fds[2];
     if (pipe(fds) != 0) {
         report->crashed(scenario.file, "", std::string("cannot create a pipe: ") + strerror(errno));
