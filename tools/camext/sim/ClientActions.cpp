@@ -194,7 +194,8 @@ void actTransact(Session& session, StepRun& run) {
     }
     data->setDataPosition(0);
     const android::status_t st = host.ext->onTransact(code, *data, reply.get(), flags);
-    run.call("onTransact(" + std::to_string(code) + ", " + a["parcel"].dump() + ", flags " +
+    const Json items = a["parcel"].isNull() ? Json::array() : a["parcel"];
+    run.call("onTransact(" + std::to_string(code) + ", " + items.dump() + ", flags " +
              std::to_string(flags) + ") = " + std::to_string(st) + ", reply " +
              parcelWords(*reply).dump());
     run.setVerdict("onTransact", Json(st));

@@ -21,10 +21,14 @@ std::string column(std::string s, size_t width) {
     return s;
 }
 
+// Virtual time since the scenario began, as h:mm:ss.mmm.
 std::string clock(const Json& atMs) {
     if (!atMs.isNumber()) return "";
-    char buf[32];
-    snprintf(buf, sizeof(buf), "t=%.3fs", atMs.asDouble() / 1000.0);
+    const double ms = atMs.asDouble();
+    const long long whole = static_cast<long long>(ms / 1000.0);
+    char buf[48];
+    snprintf(buf, sizeof(buf), "t=%lld:%02lld:%06.3f", whole / 3600, (whole / 60) % 60,
+             ms / 1000.0 - static_cast<double>(whole - whole % 60));
     return buf;
 }
 
