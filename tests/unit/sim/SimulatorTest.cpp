@@ -2,85 +2,27 @@
 // expectation, JSON paths of malformed files, crash reports and the virtual-time order of
 // scheduled steps. Each test runs build/bin/camext as a user would.
 #include <gtest/gtest.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "SimRun.h"
+
 namespace {
 
-struct CamextRun {
-    int status = -1;
-    std::string out;
-};
-
-std::string buildDir() {
-    const char* env = getenv("CAMEXT_BUILD_DIR");
-    return env && *env ? env : CAMEXT_BUILD_DIR;
-}
-
-std::string simFile(const std::string& name) {
-    return std::string(CAMEXT_SOURCE_DIR) + "/tests/sim/" + name;
-}
-
-// Runs camext with `args`, stdout and stderr together.
-CamextRun camext(const std::string& args) {
-    const std::string cmd = buildDir() + "/bin/camext " + args + " 2>&1";
-    CamextRun r;
-    FILE* p = popen(cmd.c_str(), "r");
-    if (p == nullptr) return r;
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof(buf), p)) > 0) r.out.append(buf, n);
-    const int status = pclose(p);
-    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return r;
-}
-
-// A scenario written to a temporary file for the life of the object.
-class TempScenario {
-public:
-    explicit TempScenario(const std::string& text) {
-        char tmpl[] = "/tmp/camext-sim-XXXXXX.json";
-        const int fd = mkstemps(tmpl, 5);
-        mPath = tmpl;
-        if (fd >= 0) {
-            const ssize_t written = write(fd, text.data(), text.size());
-            (void)written;
-            close(fd);
-        }
-    }
-    ~TempScenario() { unlink(mPath.c_str()); }
-    const std::string& path() const { return mPath; }
-
-private:
-    std::string mPath;
-};
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> out;
-    std::istringstream in(text);
-    for (std::string l; std::getline(in, l);) out.push_back(l);
-    return out;
-}
+using simtest::camext;
+using simtest::CamextRun;
+using simtest::contains;
+using simtest::lines;
+using simtest::simFile;
+using simtest::TempScenario;
 
 TEST(SimulatorExpectations, WrongExpectationFailsWithExpectedBesideActual) {
     CamextRun r = camext("run " + simFile("wrong_expectation.json"));
     EXPECT_EQ(1, r.status) << r.out;
     EXPECT_NE(std::string::npos, r.out.find("FAIL expect properties debug.sim.marker")) << r.out;
     // One row holds both sides: the file's value, then what the property really is.
-    bool sideBySide = false;
-    for (const auto& l : lines(r.out)) {
-        if (l.find("\"off\"") != std::string::npos && l.find("| \"on\"") != std::string::npos) {
-            sideBySide = true;
-        }
-    }
-    EXPECT_TRUE(sideBySide) << r.out;
+    EXPECT_TRUE(simtest::lineWith(r.out, {"\"off\"", "| \"on\""})) << r.out;
     // The expectations that hold are not reported as failures.
     EXPECT_EQ(std::string::npos, r.out.find("FAIL expect properties persist.sys")) << r.out;
     EXPECT_NE(std::string::npos, r.out.find("FAILED (1 of 2 steps)")) << r.out;
