@@ -4,6 +4,7 @@
 #include <errno.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -169,6 +170,20 @@ struct IdCase {
     int value;
     int error;  // expected errno on failure, 0 on success
 };
+
+void PrintTo(const IdCase& c, std::ostream* os) {
+    *os << '"';
+    for (const char* p = c.text; *p != '\0'; ++p) {
+        if (*p == '\t') {
+            *os << "\\t";
+        } else if (*p == '\n') {
+            *os << "\\n";
+        } else {
+            *os << *p;
+        }
+    }
+    *os << '"';
+}
 
 class CameraIdToIntTest : public ::testing::TestWithParam<IdCase> {};
 
