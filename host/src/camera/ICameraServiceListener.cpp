@@ -101,7 +101,7 @@ status_t BnCameraServiceListener::onTransact(uint32_t _aidl_code, const Parcel& 
     if (_aidl_code < TRANSACTION_onStatusChanged || _aidl_code > TRANSACTION_onCameraClosed) {
         return BBinder::onTransact(_aidl_code, _aidl_data, _aidl_reply, _aidl_flags);
     }
-    if (!_aidl_data.checkInterface(this)) {
+    if (!_aidl_data.enforceInterface(ICameraServiceListener::descriptor)) {
         return BAD_TYPE;
     }
     int32_t number = 0;
