@@ -30,6 +30,13 @@ struct Instance {
 std::mutex gLock;
 Instance* gInstance = nullptr;
 
+// An instance the caller never destroyed goes with the library when it is unloaded.
+__attribute__((destructor)) void releaseInstance() {
+    std::lock_guard<std::mutex> g(gLock);
+    delete gInstance;
+    gInstance = nullptr;
+}
+
 struct Answers {
     bool engine = true;
     std::map<std::string, bool> features;
