@@ -1,5 +1,6 @@
 // The host output stream: the server's configuration states and its buffer queue, as the meta
 // stream uses them (configure, dequeue with a time-out, give back).
+#include <camera/CameraMetadata.h>
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -225,6 +226,67 @@ TEST(HostOutputStreamBuffers, RecordsTheLibrarysCallsWithTheirOutcome) {
                                         "finishConfiguration -> 0", "getBuffer -> 0",
                                         "returnBuffer(frame 12) -> 0"}),
               s->calls());
+}
+
+TEST(HostOutputStreamConfiguration, CancelReturnsToTheStateBeforeStart) {
+    sp<HostOutputStream> s = configured(2);
+    camera_stream* hal = s->startConfiguration();
+    hal->max_buffers = 9;
+    EXPECT_EQ(android::OK, s->cancelConfiguration());
+    EXPECT_FALSE(s->isConfiguring());
+    EXPECT_EQ(2, s->getMaxHalBuffers());
+    EXPECT_EQ(android::INVALID_OPERATION, s->cancelConfiguration());
+    camera_stream_buffer buffer{};
+    EXPECT_EQ(android::OK, s->getBuffer(&buffer, 0));
+}
+
+TEST(HostOutputStreamBuffers, GetBuffersTakesAllOrNone) {
+    sp<HostOutputStream> s = configured(2);
+    camera_stream_buffer a{}, b{}, c{};
+    std::vector<android::camera3::Camera3StreamInterface::OutstandingBuffer> two{{&a, {}}, {&b, {}}};
+    ASSERT_EQ(android::OK, s->getBuffers(&two, 0));
+    EXPECT_NE(a.buffer, b.buffer);
+    std::vector<android::camera3::Camera3StreamInterface::OutstandingBuffer> three{
+        {&a, {}}, {&b, {}}, {&c, {}}};
+    EXPECT_EQ(android::INVALID_OPERATION, s->getBuffers(&three, 0));
+    EXPECT_EQ(2u, s->getOutstandingBuffersCount());
+}
+
+class RecordingBufferListener : public android::camera3::Camera3StreamBufferListener {
+public:
+    void onBufferAcquired(const BufferInfo&) override { events.push_back("acquired"); }
+    void onBufferReleased(const BufferInfo& info) override {
+        events.push_back("released " + std::to_string(info.mFrameNumber) +
+                         (info.mError ? " error" : ""));
+    }
+    void onBufferRequestForFrameNumber(uint64_t frameNumber, int streamId,
+                                       const android::CameraMetadata&) override {
+        events.push_back("request " + std::to_string(frameNumber) + " on " +
+                         std::to_string(streamId));
+    }
+    std::vector<std::string> events;
+};
+
+TEST(HostOutputStreamBuffers, ListenersAndStatusTrackerFollowTheBuffers) {
+    sp<HostOutputStream> s = configured(2);
+    sp<RecordingBufferListener> listener = new RecordingBufferListener();
+    sp<android::camera3::StatusTracker> tracker = new android::camera3::StatusTracker();
+    s->addBufferListener(listener);
+    s->setStatusTracker(tracker);
+    EXPECT_TRUE(tracker->isIdle());
+
+    camera_stream_buffer buffer{};
+    ASSERT_EQ(android::OK, s->getBuffer(&buffer, 0));
+    EXPECT_FALSE(tracker->isIdle());
+    buffer.status = android::camera3::CAMERA_BUFFER_STATUS_ERROR;
+    ASSERT_EQ(android::OK, s->returnBuffer(buffer, 10, 10, true, {}, 4));
+    EXPECT_TRUE(tracker->isIdle());
+    s->fireBufferRequestForFrameNumber(5, android::CameraMetadata());
+
+    s->removeBufferListener(listener);
+    ASSERT_EQ(android::OK, s->getBuffer(&buffer, 0));
+    EXPECT_EQ((std::vector<std::string>{"acquired", "released 4 error", "request 5 on 3"}),
+              listener->events);
 }
 
 }  // namespace
