@@ -35,7 +35,7 @@ Status HostCameraClient::disconnect() {
         callback = mOnDisconnect;
     }
     // The server runs the close sequence (and the library's disconnect hooks) while the app's
-    // disconnect call is in progress, before the client is marked disconnected.
+    // disconnect call is in progress, before the base clears the client's pid.
     if (callback) {
         callback(*this);
     }

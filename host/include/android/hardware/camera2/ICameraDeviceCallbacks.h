@@ -2,6 +2,8 @@
  * Host stand-in of the AIDL interface android.hardware.camera2.ICameraDeviceCallbacks (Android
  * 13) as the AIDL compiler emits it for C++: the callbacks a camera2 client receives from its
  * device. The camera server also uses its error codes when it tells any client of an error.
+ * The host has no camera2 app on the other end of a binder, so the meta-interface (descriptor,
+ * proxy) is left out; the callbacks are declared for host implementations.
  */
 #ifndef AIDL_GENERATED_ANDROID_HARDWARE_CAMERA2_I_CAMERA_DEVICE_CALLBACKS_H_
 #define AIDL_GENERATED_ANDROID_HARDWARE_CAMERA2_I_CAMERA_DEVICE_CALLBACKS_H_
@@ -23,8 +25,6 @@ namespace camera2 {
 
 class ICameraDeviceCallbacks : public ::android::IInterface {
 public:
-    DECLARE_META_INTERFACE(CameraDeviceCallbacks)
-
     enum : int32_t {
         ERROR_CAMERA_INVALID_ERROR = -1,
         ERROR_CAMERA_DISCONNECTED = 0,
