@@ -105,6 +105,8 @@ void Report::renderScenario(const Json& r) {
 }
 
 void Report::renderBegin(const Json& r) {
+    if (!mOpen.empty()) mOpen.back().interrupted = true;
+    mOpen.push_back({r["path"].asString(), false});
     const int depth = static_cast<int>(r["depth"].asInt());
     std::string head = "[" + r["path"].asString() + "] " + r["title"].asString();
     if (depth > 0) head = "scheduled " + head;
@@ -120,6 +122,10 @@ void Report::renderBegin(const Json& r) {
 
 void Report::renderStep(const Json& r) {
     const int d = static_cast<int>(r["depth"].asInt()) + 1;
+    if (!mOpen.empty()) {
+        if (mOpen.back().interrupted) line(d - 1, "[" + r["path"].asString() + "] continued");
+        mOpen.pop_back();
+    }
     for (const auto& c : r["calls"].items()) line(d, "> " + c.asString());
     if (r.has("verdict")) {
         line(d, "verdict: " + r["verdict"]["call"].asString() + " = " + show(r["verdict"]["value"]));

@@ -34,9 +34,15 @@ private:
     void emitJson(const std::string& file, Json r);
     void line(int depth, const std::string& text);
 
+    struct Open {
+        std::string path;
+        bool interrupted;  // a scheduled step printed its block inside this one
+    };
+
     FILE* mOut;
     bool mJson;
     int mPid = 0;
+    std::vector<Open> mOpen;
 };
 
 // Side by side columns of expected and actual for a failed expectation, one row per item.
