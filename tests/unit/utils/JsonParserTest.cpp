@@ -247,14 +247,6 @@ TEST(JsonParserFiles, SectionThatIsNotAnObjectIsSkipped) {
     EXPECT_EQ(2u, log.count("is not an object")) << log.dump();
 }
 
-TEST(JsonParserFiles, DuplicateKeysKeepOneValue) {
-    testsupport::TempDeviceRoot root;
-    root.writeFile(kPath, R"({"default": {"k": 1, "k": 2}})");
-    sp<JsonParser> p = new JsonParser(kPath);
-    const int k = p->getInt("k", "default", 0);
-    EXPECT_TRUE(k == 1 || k == 2);
-}
-
 TEST(JsonParserResolve, NamesWhereEachValueComesFrom) {
     testsupport::TempDeviceRoot root;
     root.writeFile(kPath, kConfig);
