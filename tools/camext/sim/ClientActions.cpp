@@ -103,10 +103,11 @@ void actOpen(Session& session, StepRun& run) {
     if (bare != component) run.call("  package now " + quote(bare));
     if (cam->client != nullptr) {
         // The server evicts the camera's earlier client itself when the library let it stay.
-        run.call("the server evicts the client of camera " + id);
         sp<hostctl::HostCameraClient> old = cam->client;
+        host.disconnectedBy = "evicted by the server";
         old->disconnect();
-        if (cam->client == old) closeClient(session, run, *cam, "server eviction");
+        host.disconnectedBy = "disconnected by the library";
+        if (cam->client == old) closeClient(session, run, *cam, "evicted by the server");
     }
     host.ext->setCurrentPackageName(package);
     run.call("setCurrentPackageName(" + quote(bare) + ")");
@@ -121,7 +122,7 @@ void actOpen(Session& session, StepRun& run) {
         Host& h = s->host();
         CameraState* state = h.camera(c.cameraId().string());
         if (state == nullptr || state->client.get() != &c || s->current() == nullptr) return;
-        closeClient(*s, *s->current(), *state, "disconnected by the library");
+        closeClient(*s, *s->current(), *state, h.disconnectedBy);
     });
     cam->client = client;
     cam->package = bare;

@@ -55,6 +55,9 @@ struct Host {
     android::sp<hostctl::HostProviderManager> providers;
     android::sp<hostctl::HostCameraServiceListener> listener;
 
+    // Who disconnects a client whose disconnect() runs now, for the report.
+    std::string disconnectedBy = "disconnected by the library";
+
     PlatformRecords records;
     std::vector<ClientCursor> clients;
     size_t torchSeen = 0;
