@@ -29,13 +29,13 @@ sp<hostctl::HostCameraClient> clientOf(HookCall& c, const std::string& cameraId)
     return cam ? cam->client : nullptr;
 }
 
-// The result path of a camera, made on first use.
-hostctl::HostCaptureOutputStates& resultsOf(HookCall& c, const std::string& cameraId) {
+// The result path of a camera, made on first use; null (and the step's problem) for a camera
+// the device does not have.
+hostctl::HostCaptureOutputStates* resultsOf(HookCall& c, const std::string& cameraId) {
     CameraState* cam = c.host.camera(cameraId);
-    static hostctl::HostCaptureOutputStates* orphan = nullptr;
     if (cam == nullptr) {
-        if (orphan == nullptr) orphan = new hostctl::HostCaptureOutputStates(cameraId);
-        return *orphan;
+        c.problem("camera \"" + cameraId + "\" is not on this device");
+        return nullptr;
     }
     if (cam->results == nullptr) {
         hostctl::HostCaptureOutputStates::Options options;
@@ -43,7 +43,7 @@ hostctl::HostCaptureOutputStates& resultsOf(HookCall& c, const std::string& came
         cam->results = std::make_unique<hostctl::HostCaptureOutputStates>(
             cam->id, cam->characteristics, options);
     }
-    return *cam->results;
+    return cam->results.get();
 }
 
 // A metadata hook: builds the packet, calls, reports what changed.
@@ -156,37 +156,41 @@ void modifyWaitDuration(HookCall& c) {
 }
 void beforeMetadataSendToApp(HookCall& c) {
     withMetadata(c, 2, "", false, [&](android::CameraMetadata& md) {
-        auto& results = resultsOf(c, c.str(0));
+        auto* results = resultsOf(c, c.str(0));
+        if (results == nullptr) return;
         android::CaptureResult result;
         result.mMetadata = md;
         const uint32_t frame = static_cast<uint32_t>(c.num(1));
         result.mResultExtras.frameNumber = frame;
-        c.result(c.ext->beforeMetadataSendToApp(&result, frame, results.states()));
+        c.result(c.ext->beforeMetadataSendToApp(&result, frame, results->states()));
         md = result.mMetadata;
     });
 }
 void returnOutputBuffers(HookCall& c) {
-    auto& results = resultsOf(c, c.str(0));
+    auto* results = resultsOf(c, c.str(0));
+    if (results == nullptr) return;
     android::camera3::InFlightRequest request;
-    c.result(c.ext->returnOutputBuffers(results.states(), nullptr, 0, request,
+    c.result(c.ext->returnOutputBuffers(results->states(), nullptr, 0, request,
                                         static_cast<long>(c.num(1)), c.flag(2)));
 }
 void sendCaptureResult(HookCall& c) {
     withMetadata(c, 2, "", false, [&](android::CameraMetadata& md) {
-        auto& results = resultsOf(c, c.str(0));
+        auto* results = resultsOf(c, c.str(0));
+        if (results == nullptr) return;
         android::CaptureResultExtras extras;
         extras.frameNumber = c.num(1);
         android::CameraMetadata partial;
         const std::set<std::string> zoom;
         const std::vector<android::PhysicalCaptureResultInfo> physical;
-        c.result(c.ext->sendCaptureResult(results.states(), md, extras, partial,
+        c.result(c.ext->sendCaptureResult(results->states(), md, extras, partial,
                                           static_cast<uint32_t>(c.num(1)), c.flag(3), c.flag(4),
                                           c.flag(5), zoom, physical, static_cast<long>(c.num(6))));
     });
 }
 void checkToRemoveInFlightReqest(HookCall& c) {
-    c.result(c.ext->checkToRemoveInFlightReqest(resultsOf(c, c.str(0)).states(),
-                                                static_cast<size_t>(c.num(1))));
+    auto* results = resultsOf(c, c.str(0));
+    if (results == nullptr) return;
+    c.result(c.ext->checkToRemoveInFlightReqest(results->states(), static_cast<size_t>(c.num(1))));
 }
 void parseResult(HookCall& c) {
     withMetadata(c, 0, "", false, [&](android::CameraMetadata& md) { c.ext->parseResult(md); });
