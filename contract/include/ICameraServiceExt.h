@@ -176,9 +176,10 @@ public:
     // Slot 40. Configuration thread, per output stream: may set the use-monotonic-timestamp flag
     // (in/out) from the stream's consumer usage.
     virtual void updateUseMonoTimestamp(bool& useMonoTimestamp, size_t consumerUsage) = 0;
-    // Slot 41. Binder thread, when a client starts to disconnect. False tells the server to skip
-    // the extension's disconnect handling for this call.
-    virtual bool beforeDisconnect(bool fromEviction, bool alreadyDisconnected,
+    // Slot 41. Binder thread, when a client starts to disconnect; fromDisconnectAll marks the
+    // server's disconnect of every client, keepMetaStream leaves the meta stream as it is. False
+    // tells the server that the extension ignored this call.
+    virtual bool beforeDisconnect(bool fromDisconnectAll, bool keepMetaStream,
                                   const String8& cameraId) = 0;
     // Slot 42. Binder thread: the server marks a disconnect in progress (true) or finished.
     virtual void setDoingDisconnect(bool doing) = 0;

@@ -128,7 +128,7 @@ public:
     void onClientChange(String8 cameraId, const sp<CameraService::BasicClient>& client,
                         bool added) override;
     void notifyDeviceStateChange(uint64_t state) override;
-    bool beforeDisconnect(bool fromEviction, bool alreadyDisconnected,
+    bool beforeDisconnect(bool fromDisconnectAll, bool keepMetaStream,
                           const String8& cameraId) override;
     // Cuts "package/activity" in `name` down to the package (written back in place) and keeps
     // the activity.

@@ -79,8 +79,9 @@ CameraServiceExtImpl* buildForPlatform() {
     char platform[PROPERTY_VALUE_MAX] = {0};
     property_get("ro.board.platform", platform, "");
     initLogSwitch();
-    if (getLogLevel() != 0)
+    if (getLogLevel() != 0) {
         UTIL_LOG(1, "%s ro.board.platform = %s", "getCameraServiceExt", platform);
+    }
 
     for (const BoardEntry& entry : kBoardTable) {
         if (strcmp(platform, entry.platform) == 0) return entry.create();
