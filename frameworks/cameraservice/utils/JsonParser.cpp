@@ -1,5 +1,6 @@
 #include "utils/JsonParser.h"
 
+#include <string.h>
 #include <sys/stat.h>
 
 #include <atomic>
@@ -46,6 +47,20 @@ const char* packageText(const char* package) {
     return package != nullptr ? package : "default";
 }
 
+std::atomic<uint64_t> gNextGeneration{1};
+
+// The last section one thread looked up: which parser contents (by generation, so a parser
+// reloaded or freed and another built at its address never matches), the package name asked
+// and the section that answered it.
+struct SectionMemo {
+    static constexpr size_t kNameMax = 96;
+    uint64_t generation = 0;
+    size_t length = 0;
+    char name[kNameMax];
+    const void* keys = nullptr;
+};
+thread_local SectionMemo tSectionMemo;
+
 }  // namespace
 
 JsonParser::JsonParser(const char* path) {
@@ -63,6 +78,7 @@ JsonParser::~JsonParser() {
 }
 
 void JsonParser::parserJsonFile(const char* path) {
+    mGeneration = gNextGeneration.fetch_add(1, std::memory_order_relaxed);
     mDefault = nullptr;
     mSections.clear();
     if (mRoot != nullptr) json_object_put(mRoot);
@@ -143,9 +159,25 @@ const JsonParser::KeyMap* JsonParser::sectionFor(std::string_view package) const
     return s != mSections.end() ? &s->second : mDefault;
 }
 
+const JsonParser::KeyMap* JsonParser::cachedSectionFor(std::string_view package) const {
+    SectionMemo& memo = tSectionMemo;
+    if (memo.generation == mGeneration && memo.length == package.size() &&
+        memcmp(memo.name, package.data(), package.size()) == 0) {
+        return static_cast<const KeyMap*>(memo.keys);
+    }
+    const KeyMap* keys = sectionFor(package);
+    if (package.size() <= SectionMemo::kNameMax) {
+        memo.generation = mGeneration;
+        memo.length = package.size();
+        memcpy(memo.name, package.data(), package.size());
+        memo.keys = keys;
+    }
+    return keys;
+}
+
 JsonParser::Resolution JsonParser::resolve(const char* key, const char* package,
                                            json_type type) const {
-    const KeyMap* keys = key != nullptr ? sectionFor(packageText(package)) : nullptr;
+    const KeyMap* keys = key != nullptr ? cachedSectionFor(packageText(package)) : nullptr;
     if (keys == nullptr) return {Origin::Missing, nullptr, false};
     auto k = keys->find(std::string_view(key));
     if (k == keys->end() || k->second.value == nullptr) return {Origin::Missing, nullptr, false};

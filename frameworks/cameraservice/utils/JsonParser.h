@@ -11,6 +11,8 @@
 #define VANTU_CAMERASERVICE_UTILS_JSONPARSER_H
 
 #include <json-c/json.h>
+#include <stdint.h>
+#include <string.h>
 #include <utils/RefBase.h>
 
 #include <map>
@@ -70,15 +72,39 @@ private:
         json_object* value;  // nullptr for a JSON null
         bool own;            // written in this section rather than taken from "default"
     };
-    // Transparent comparators let lookups take a string_view without building a std::string.
-    using KeyMap = std::map<std::string, Entry, std::less<>>;
-    using SectionMap = std::map<std::string, KeyMap, std::less<>>;
+    // Orders names by length, then by their last eight bytes as one integer, then by all bytes.
+    // Package names share long prefixes ("com.") and keys share prefixes ("feature_"), so most
+    // comparisons end at the length or the tail, without a memcmp. Being transparent, it lets
+    // lookups take a string_view without building a std::string.
+    struct NameLess {
+        using is_transparent = void;
+        static uint64_t tail(std::string_view s) {
+            uint64_t t = 0;
+            if (s.size() >= sizeof(t)) {
+                memcpy(&t, s.data() + s.size() - sizeof(t), sizeof(t));
+            } else {
+                for (char c : s) t = (t << 8) | static_cast<unsigned char>(c);
+            }
+            return t;
+        }
+        bool operator()(std::string_view a, std::string_view b) const {
+            if (a.size() != b.size()) return a.size() < b.size();
+            const uint64_t ta = tail(a), tb = tail(b);
+            if (ta != tb) return ta < tb;
+            return memcmp(a.data(), b.data(), a.size()) < 0;
+        }
+    };
+    using KeyMap = std::map<std::string, Entry, NameLess>;
+    using SectionMap = std::map<std::string, KeyMap, NameLess>;
 
     // Copies into each app section the "default" values it does not set (or sets to null), so
     // that a lookup is one section search and one key search whichever section answers.
     void inheritDefaults();
     // The package's section, or "default" for a package without one.
     const KeyMap* sectionFor(std::string_view package) const;
+    // sectionFor() through a per-thread memo of the last package asked: the hooks of one thread
+    // ask about the same package frame after frame.
+    const KeyMap* cachedSectionFor(std::string_view package) const;
     // Resolves like resolve() and logs a type error under the getter's name.
     json_object* candidate(const char* getter, const char* key, const char* package,
                            json_type type) const;
@@ -89,6 +115,8 @@ private:
     json_object* mRoot = nullptr;  // owns every value the maps point to
     SectionMap mSections;
     const KeyMap* mDefault = nullptr;
+    // Names this parser's current contents for the per-thread memo; never reused in a process.
+    uint64_t mGeneration = 0;
 };
 
 // Loads `path` into a new parser that becomes the current one.
