@@ -4,4 +4,4 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 scripts/build.sh build
-exec build/bin/camext explain --package com.whatsapp --config examples/device/odm/etc/camera/fwk_config.json
+exec build/bin/camext run examples/device/tour.json

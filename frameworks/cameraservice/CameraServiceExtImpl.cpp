@@ -10,6 +10,8 @@
 #include "utils/JsonParser.h"
 #include "utils/VantuLog.h"
 
+#include <android/hardware/camera2/ICameraDeviceCallbacks.h>
+
 namespace android {
 
 char CamSubDeV[kAONMaxSubDevices][kAONSubDevPathSize];
@@ -70,6 +72,36 @@ String16 CameraServiceExtImpl::getAPKPackageName() {
 
 bool CameraServiceExtImpl::isFoldingDevice() {
     return getBool("feature_fold_enable", false, nullptr);
+}
+
+sp<CameraService::BasicClient> CameraServiceExtImpl::promoteClient(int cameraId) {
+    if (!isSlotId(cameraId)) return nullptr;
+    std::lock_guard<std::recursive_mutex> lock(mClientLock);
+    return mClientSlots[cameraId].promote();
+}
+
+void CameraServiceExtImpl::storeClient(int cameraId, const sp<CameraService::BasicClient>& client) {
+    if (!isSlotId(cameraId)) return;
+    std::lock_guard<std::recursive_mutex> lock(mClientLock);
+    mClientSlots[cameraId] = client;
+}
+
+void CameraServiceExtImpl::dropClient(int cameraId) {
+    if (!isSlotId(cameraId)) return;
+    std::lock_guard<std::recursive_mutex> lock(mClientLock);
+    mClientSlots[cameraId].clear();
+}
+
+String8 CameraServiceExtImpl::clientPackageName(const sp<CameraService::BasicClient>& client) {
+    return client != nullptr ? String8(client->getPackageName()) : String8();
+}
+
+void CameraServiceExtImpl::notifyErrorAndDisconnect(const sp<CameraService::BasicClient>& client) {
+    if (client == nullptr) return;
+    // ERROR_CAMERA_DISCONNECTED with empty result extras, as the server reports an eviction.
+    client->notifyError(hardware::camera2::ICameraDeviceCallbacks::ERROR_CAMERA_DISCONNECTED,
+                        CaptureResultExtras());
+    client->disconnect();
 }
 
 }  // namespace android

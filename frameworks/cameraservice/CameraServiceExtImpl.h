@@ -286,6 +286,19 @@ public:
     // The flash-light state read at construction through "ro.vantu.system.camera.flashlight".
     const char* getFlashLightValue() const { return mFlashLightValue; }
 
+    // ---- Client slots (CameraServiceExtImpl.cpp) ----
+    // True for the camera ids that have a slot (0..21).
+    static bool isSlotId(int cameraId) { return cameraId >= 0 && cameraId < kMaxCameraSlots; }
+    // The live client of camera `cameraId`, or null when the slot is empty, its client has died,
+    // or the id has no slot. The caller holds the reference only while it needs it.
+    sp<CameraService::BasicClient> promoteClient(int cameraId);
+    void storeClient(int cameraId, const sp<CameraService::BasicClient>& client);
+    void dropClient(int cameraId);
+    // The client's package name as UTF-8.
+    static String8 clientPackageName(const sp<CameraService::BasicClient>& client);
+    // Tells `client` that its camera is gone (ERROR_CAMERA_DISCONNECTED) and disconnects it.
+    static void notifyErrorAndDisconnect(const sp<CameraService::BasicClient>& client);
+
 protected:
     // Feature managers, taken once at construction; null while a feature is switched off, so
     // every use tests them first.
@@ -343,8 +356,10 @@ protected:
     // Meta streams by camera id; changed only while streams are configured.
     KeyedVector<int, MetaStreamInfo> mMetaStreamInfos;
 
-    // The server's clients by camera id; empty when none. Guarded by mClientLock.
-    Mutex mClientLock;
+    // The server's clients by camera id; empty when none. Guarded by mClientLock, which is
+    // recursive because disconnecting a client under it (disconnect-all) makes the server run
+    // afterDisconnect, which drops the slot, on the same thread.
+    std::recursive_mutex mClientLock;
     wp<CameraService::BasicClient> mClientSlots[kMaxCameraSlots];
     CameraRecord mCameraRecords[kMaxCameraSlots]{};
 

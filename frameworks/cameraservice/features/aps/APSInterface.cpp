@@ -24,4 +24,6 @@ bool APSInterface::checkToRemoveInFlightReqest(camera3::CaptureOutputStates&, si
     return false;
 }
 
+void APSInterface::uninit() {}
+
 }  // namespace android

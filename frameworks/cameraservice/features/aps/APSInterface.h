@@ -44,6 +44,8 @@ public:
                            const std::vector<PhysicalCaptureResultInfo>& physicalMetadatas,
                            long requestTimeNs);
     bool checkToRemoveInFlightReqest(camera3::CaptureOutputStates& states, size_t index);
+    // Releases the engine's resources when a client disconnects.
+    void uninit();
 };
 
 }  // namespace android

@@ -6,4 +6,9 @@ sp<ZumioManager> ZumioManager::getInstance() {
     return nullptr;
 }
 
+// The avatar feature brings the manager's state with the manager itself; until then no manager
+// exists and these are never reached.
+void ZumioManager::setAvatarInfo(const String8&) {}
+void ZumioManager::setZumioEnable(bool, bool) {}
+
 }  // namespace android

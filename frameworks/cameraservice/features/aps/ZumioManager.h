@@ -6,6 +6,7 @@
 #define VANTU_CAMERASERVICE_FEATURES_APS_ZUMIOMANAGER_H
 
 #include <utils/RefBase.h>
+#include <utils/String8.h>
 #include <utils/StrongPointer.h>
 
 namespace android {
@@ -16,6 +17,10 @@ public:
     // object takes it once at construction and holds it for the life of the process. The avatar
     // feature brings the manager itself; until then there is none.
     static sp<ZumioManager> getInstance();
+
+    // The avatar description a system app sent ("NULL" when none).
+    void setAvatarInfo(const String8& info);
+    void setZumioEnable(bool enable, bool avatarCancel);
 };
 
 }  // namespace android

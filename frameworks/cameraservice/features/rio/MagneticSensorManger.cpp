@@ -26,4 +26,8 @@ bool MagnecticSensorManager::isTorchIntensityChanged() {
     return false;
 }
 
+void MagnecticSensorManager::init(const String8&) {}
+
+void MagnecticSensorManager::uninit(int) {}
+
 }  // namespace android

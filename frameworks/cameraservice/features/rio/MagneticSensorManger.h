@@ -10,6 +10,7 @@
 #include <stdint.h>
 #include <utils/Errors.h>
 #include <utils/RefBase.h>
+#include <utils/String8.h>
 #include <utils/StrongPointer.h>
 
 #include "common/CameraProviderManager.h"
@@ -33,6 +34,10 @@ public:
     void setTorchIntensity(CameraMetadata& request, uint32_t requestCount);
     void checkNeedEnableMagneticSensor();
     bool isTorchIntensityChanged();
+    // A client of `apkName` connected: whether it may use the accessory torch.
+    void init(const String8& apkName);
+    // The client of `cameraId` left: the sensor stops for a front camera.
+    void uninit(int cameraId);
 };
 
 }  // namespace android
