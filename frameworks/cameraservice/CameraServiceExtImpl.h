@@ -342,6 +342,8 @@ protected:
     // The announced app's uid and pid (-1 when unset) and the uids announced as privileged.
     vantu::Relaxed<int32_t> mAPKUid{-1};
     vantu::Relaxed<int32_t> mAPKPid{-1};
+    // Written by transactions and read by the classification hooks on other binder threads.
+    std::mutex mPrivilegedUidsLock;
     std::set<int32_t> mPrivilegedUids;
 
     // The package announced by the maker's apps; only under mAPKPackageNameLock.
