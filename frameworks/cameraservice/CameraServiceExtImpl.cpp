@@ -74,6 +74,16 @@ bool CameraServiceExtImpl::isFoldingDevice() {
     return getBool("feature_fold_enable", false, nullptr);
 }
 
+String8 CameraServiceExtImpl::currentPackageName() const {
+    std::lock_guard<std::mutex> lock(mClientNameLock);
+    return mCurrentPackageName;
+}
+
+String8 CameraServiceExtImpl::currentActivityName() const {
+    std::lock_guard<std::mutex> lock(mClientNameLock);
+    return mActivityName;
+}
+
 sp<CameraService::BasicClient> CameraServiceExtImpl::promoteClient(int cameraId) {
     if (!isSlotId(cameraId)) return nullptr;
     std::lock_guard<std::recursive_mutex> lock(mClientLock);

@@ -111,6 +111,10 @@ extern const char kDefaultInstanceName[];       // "default": the HAL service in
 extern const String16 kSystemCameraPermission;  // "android.permission.SYSTEM_CAMERA"
 constexpr char kFwkConfigPath[] = "odm/etc/camera/fwk_config.json";
 
+// True when the name begins with a compatibility test package ("android.camera.cts" or
+// "com.android.cts.verifier").
+bool isCompatibilityTestPackage(const char* packageName);
+
 class CameraServiceExtImpl : public ICameraServiceExt {
 public:
     CameraServiceExtImpl();
@@ -133,6 +137,20 @@ public:
     // Cuts "package/activity" in `name` down to the package (written back in place) and keeps
     // the activity.
     void setActivityName(const String16& name);
+
+protected:
+    // The steps of afterDisconnect that every chip shares, for the client of `cameraId`; the
+    // MediaTek family writes their lines through the utility logger.
+    void resetDisconnectState(int cameraId, const String8& packageName, bool utilLogger);
+    // Wakes an eviction waiting for this disconnect to finish.
+    void signalDisconnectWaiter(bool utilLogger);
+    // Resets the avatar and frame-processing state a client leaves behind.
+    void resetAvatarState();
+    void releaseFrameProcessing();
+    // Tells the device-management HAL who is about to use the camera ("Torch" for the torch).
+    void notifyCameraMDM(const char* who);
+
+public:
 
     // ---- App classification (CameraServiceExtImpl_Classify.cpp) ----
     bool isPrivilegedApp(int uid) override;
@@ -286,6 +304,10 @@ public:
     // The flash-light state read at construction through "ro.vantu.system.camera.flashlight".
     const char* getFlashLightValue() const { return mFlashLightValue; }
 
+    // The package and activity of the client being served ("NULL" when none).
+    String8 currentPackageName() const;
+    String8 currentActivityName() const;
+
     // ---- Client slots (CameraServiceExtImpl.cpp) ----
     // True for the camera ids that have a slot (0..21).
     static bool isSlotId(int cameraId) { return cameraId >= 0 && cameraId < kMaxCameraSlots; }
@@ -308,7 +330,10 @@ protected:
     sp<MotorManager> mMotorManager;
     sp<MagnecticSensorManager> mMagneticSensorManager;
 
-    // The client being served. Written on binder threads without a lock, as the server expects.
+    // The client being served. Connects of different cameras run on different binder threads,
+    // so the names are copied in and out under mClientNameLock (a string is not a flag: a reader
+    // racing a writer could see freed storage).
+    mutable std::mutex mClientNameLock;
     String8 mCurrentPackageName{"NULL"};
     String8 mActivityName{"NULL"};
     // "package/activity" exactly as the server passed it to beforeConnect.

@@ -49,8 +49,9 @@ void CameraServiceExtImpl::adjustPreviewFpsForAPI1(int&, int&) {}
 // Zero-shutter-lag is only for the maker's engineering camera, and only when it is the device's
 // system camera.
 bool CameraServiceExtImpl::checkUseZeroShutterLagForAPI1() {
-    const char* package = mCurrentPackageName.string();
-    return strcmp(package, kEngineerCameraPackage) == 0 && isSystemCameraPkgName(package);
+    const String8 package = currentPackageName();
+    return strcmp(package.string(), kEngineerCameraPackage) == 0 &&
+           isSystemCameraPkgName(package.string());
 }
 
 bool CameraServiceExtImpl::checkIfAddSizeForAPI1(int, int, int, int) {
