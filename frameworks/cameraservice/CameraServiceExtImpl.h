@@ -141,7 +141,7 @@ public:
 protected:
     // The steps of afterDisconnect that every chip shares, for the client of `cameraId`; the
     // MediaTek family writes their lines through the utility logger.
-    void resetDisconnectState(int cameraId, const String8& packageName, bool utilLogger);
+    void resetDisconnectState(int cameraId, bool utilLogger);
     // Wakes an eviction waiting for this disconnect to finish.
     void signalDisconnectWaiter(bool utilLogger);
     // Resets the avatar and frame-processing state a client leaves behind.

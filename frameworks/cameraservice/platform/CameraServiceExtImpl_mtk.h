@@ -13,6 +13,12 @@ class CameraServiceExtImpl_mtk : public CameraServiceExtImpl {
 public:
     CameraServiceExtImpl_mtk();
 
+    // Disconnect bookkeeping of the MediaTek chips: the pop-up motor is lowered through
+    // handleMotor, frame processing stops before the avatar state resets, and neither the torch
+    // notification nor the always-on camera close of the base applies.
+    void afterDisconnect(String8 cameraId, String16 clientPackageName,
+                         sp<CameraService> service) override;
+
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
     virtual bool IsNewRequestThermalTemp(bool force);
