@@ -70,6 +70,9 @@ public:
     ~AuthAppManager() override;
 
 private:
+    // Unit tests build private managers through it, so that no state leaks between tests.
+    friend class AuthAppManagerTestPeer;
+
     AuthAppManager() = default;
 
     bool isValid(const AuthResult& result, int64_t now) const;
