@@ -30,4 +30,20 @@ void MagnecticSensorManager::init(const String8&) {}
 
 void MagnecticSensorManager::uninit(int) {}
 
+void MagnecticSensorManager::setRioClientPid(int pid) {
+    mRioListenerPid.store(pid, std::memory_order_relaxed);
+}
+
+int MagnecticSensorManager::getRioClientPid() const {
+    return mRioListenerPid.load(std::memory_order_relaxed);
+}
+
+void MagnecticSensorManager::setTorchIntensity(int32_t intensity) {
+    mRequestedTorchIntensity.store(intensity, std::memory_order_relaxed);
+}
+
+int32_t MagnecticSensorManager::getTorchIntensity() const {
+    return mRequestedTorchIntensity.load(std::memory_order_relaxed);
+}
+
 }  // namespace android

@@ -13,6 +13,8 @@
 #include <utils/String8.h>
 #include <utils/StrongPointer.h>
 
+#include <atomic>
+
 #include "common/CameraProviderManager.h"
 
 namespace android {
@@ -38,6 +40,19 @@ public:
     void init(const String8& apkName);
     // The client of `cameraId` left: the sensor stops for a front camera.
     void uninit(int cameraId);
+
+    // The process whose registered listener is told the accessory's fake torch status
+    // (transaction 10007); 0 while none announced itself.
+    void setRioClientPid(int pid);
+    int getRioClientPid() const;
+    // The torch intensity a system app asked for (transaction 10008).
+    void setTorchIntensity(int32_t intensity);
+    int32_t getTorchIntensity() const;
+
+private:
+    // Set by binder transactions and read on the request thread without a lock.
+    std::atomic<int32_t> mRioListenerPid{0};
+    std::atomic<int32_t> mRequestedTorchIntensity{0};
 };
 
 }  // namespace android
