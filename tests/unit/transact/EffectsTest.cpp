@@ -1,0 +1,349 @@
+// What each transaction changes: authorisation results, the announced app, the call info, the
+// accessory torch, every client at once, and the avatar feature.
+#include <CameraService.h>
+#include <gtest/gtest.h>
+#include <hostctl/Binder.h>
+#include <hostctl/CameraHost.h>
+
+#include <string>
+#include <vector>
+
+#include "TransactTestSupport.h"
+
+namespace {
+
+using namespace android;
+using transacttest::Call;
+using transacttest::kSystemCamera;
+using transacttest::TransactExtension;
+using transacttest::TransactTest;
+
+bool replyBool(Parcel& reply) {
+    reply.setDataPosition(0);
+    EXPECT_EQ(0, reply.readExceptionCode());
+    bool value = false;
+    EXPECT_EQ(OK, reply.readBool(&value));
+    EXPECT_EQ(0u, reply.dataAvail());
+    return value;
+}
+
+// ---- Authorisation: 10001, 10002, 10004 ----
+
+class AuthTransactTest : public TransactTest {
+protected:
+    // The manager is one per process, so each test uses its own uids.
+    sp<TransactExtension> makeAuthExtension() {
+        writeConfig(R"({"default": {"feature_auth_enable": true}})");
+        sp<TransactExtension> ext = makeExtension();
+        return ext;
+    }
+    status_t report(TransactExtension& ext, int32_t uid, int32_t pid, const char* package) {
+        Call call;
+        call.i32(uid).i32(pid).i32(3).str(package);
+        Parcel reply;
+        const status_t res = ext.onTransact(10001, call.data(), &reply, 0);
+        EXPECT_EQ(0u, reply.dataSize());
+        return res;
+    }
+    bool askAuthorised(TransactExtension& ext, uid_t uid, const char* package) {
+        hostctl::ScopedCallingIdentity caller(uid, 9999);
+        Call call;
+        call.str(package);
+        Parcel reply;
+        EXPECT_EQ(OK, ext.onTransact(10004, call.data(), &reply, 0));
+        return replyBool(reply);
+    }
+};
+
+TEST_F(AuthTransactTest, ResultIsRecordedUnderTheUidWrittenFirst) {
+    sp<TransactExtension> ext = makeAuthExtension();
+    if (!ext->hasAuthManager()) GTEST_SKIP() << "the authorised-app manager is not built";
+    ASSERT_EQ(OK, report(*ext, 20301, 7200, "com.example.docscan"));
+    EXPECT_TRUE(askAuthorised(*ext, 20301, "com.example.docscan"));
+    // Taking the second field as the uid would authorise the pid's number instead.
+    EXPECT_FALSE(askAuthorised(*ext, 7200, "com.example.docscan"));
+    EXPECT_FALSE(askAuthorised(*ext, 20301, "com.example.other"));
+}
+
+TEST_F(AuthTransactTest, OneResultPerUid) {
+    sp<TransactExtension> ext = makeAuthExtension();
+    if (!ext->hasAuthManager()) GTEST_SKIP() << "the authorised-app manager is not built";
+    ASSERT_EQ(OK, report(*ext, 20302, 7300, "com.example.first"));
+    ASSERT_EQ(OK, report(*ext, 20302, 7300, "com.example.second"));
+    EXPECT_FALSE(askAuthorised(*ext, 20302, "com.example.first"));
+    EXPECT_TRUE(askAuthorised(*ext, 20302, "com.example.second"));
+}
+
+TEST_F(AuthTransactTest, RegistrationWatchesTheCallersBinder) {
+    sp<TransactExtension> ext = makeAuthExtension();
+    if (!ext->hasAuthManager()) GTEST_SKIP() << "the authorised-app manager is not built";
+    sp<hostctl::HostBinder> service = hostctl::createBinder("authservice");
+    hostctl::ScopedCallingIdentity caller(1000, 2100);
+    Call call;
+    call.binder(service);
+    Parcel reply;
+    EXPECT_EQ(OK, ext->onTransact(10002, call.data(), &reply, 0));
+    EXPECT_EQ(0u, reply.dataSize());
+    EXPECT_EQ(1u, service->linkCount());
+    // The death reaches the manager; nothing the transaction left behind may break it.
+    EXPECT_TRUE(hostctl::killBinder("authservice"));
+}
+
+TEST_F(AuthTransactTest, MissingNumbersAreRefusedBeforeAnythingIsRecorded) {
+    sp<TransactExtension> ext = makeAuthExtension();
+    if (!ext->hasAuthManager()) GTEST_SKIP() << "the authorised-app manager is not built";
+    Call call;
+    call.i32(20303).i32(7400);  // no permission bits, no package
+    Parcel reply;
+    EXPECT_EQ(BAD_VALUE, ext->onTransact(10001, call.data(), &reply, 0));
+    EXPECT_FALSE(askAuthorised(*ext, 20303, ""));
+}
+
+TEST_F(AuthTransactTest, WithoutTheManagerEverythingSucceedsUnread) {
+    writeConfig(R"({"default": {"feature_auth_enable": false}})");
+    sp<TransactExtension> ext = makeExtension();
+    ASSERT_FALSE(ext->hasAuthManager());
+    for (uint32_t code : {10001u, 10002u}) {
+        Call call;
+        call.i32(1);
+        const Parcel& data = call.data();
+        const size_t afterToken = data.dataSize() - sizeof(int32_t);
+        Parcel reply;
+        EXPECT_EQ(OK, ext->onTransact(code, data, &reply, 0)) << code;
+        EXPECT_EQ(afterToken, data.dataPosition()) << code;
+    }
+    // Every app counts as authorised, and the package is not even read.
+    Call call;
+    call.str("com.example.any");
+    const Parcel& data = call.data();
+    Parcel reply;
+    EXPECT_EQ(OK, ext->onTransact(10004, data, &reply, 0));
+    EXPECT_TRUE(replyBool(reply));
+    EXPECT_GT(data.dataAvail(), 0u);
+}
+
+// ---- The announced app and the call info: 10003, 10005, 10006 ----
+
+using ClientInfoTest = TransactTest;
+
+TEST_F(ClientInfoTest, SystemCameraAnnouncementMakesItsUidPrivileged) {
+    hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
+    sp<TransactExtension> ext = makeExtension();
+    testsupport::LogCapture logs;
+    Call call;
+    call.str("com.vantu.camera").i32(10050).i32(3100);
+    Parcel reply;
+    EXPECT_EQ(OK, ext->onTransact(10005, call.data(), &reply, 0));
+    EXPECT_EQ(std::set<int32_t>{10050}, ext->privilegedUids());
+    EXPECT_EQ(10050, ext->apkUid());
+    EXPECT_EQ(3100, ext->apkPid());
+    EXPECT_EQ(String16("com.vantu.camera"), ext->getAPKPackageName());
+    EXPECT_TRUE(ext->isSystemCameraUid(10050));
+    EXPECT_EQ(1u, logs.count("onTransact, setClientInfo packageName: com.vantu.camera, uid: "
+                             "10050, pid: 3100"))
+        << logs.dump();
+}
+
+TEST_F(ClientInfoTest, PrivilegedThirdPartyAnnouncementsAccumulateUids) {
+    hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
+    hostctl::setProperty("ro.camera.privileged.3rdpartyApp", "com.partner.cam;");
+    writeConfig(R"({"default": {"privileged_app_list": ["com.tencent"]}})");
+    sp<TransactExtension> ext = makeExtension();
+    const struct {
+        const char* package;
+        int32_t uid;
+    } calls[] = {{"com.vantu.camera", 10050}, {"com.partner.cam", 10060}, {"com.tencent.mm", 10070}};
+    for (const auto& c : calls) {
+        Call call;
+        call.str(c.package).i32(c.uid).i32(4000);
+        Parcel reply;
+        EXPECT_EQ(OK, ext->onTransact(10005, call.data(), &reply, 0));
+    }
+    EXPECT_EQ((std::set<int32_t>{10050, 10060, 10070}), ext->privilegedUids());
+    // The call info is the last privileged announcement's.
+    EXPECT_EQ(10070, ext->apkUid());
+}
+
+TEST_F(ClientInfoTest, OrdinaryAppIsAnnouncedWithoutPrivilege) {
+    hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
+    sp<TransactExtension> ext = makeExtension();
+    Call call;
+    call.str("com.example.app").i32(10234).i32(7200);
+    Parcel reply;
+    EXPECT_EQ(OK, ext->onTransact(10005, call.data(), &reply, 0));
+    EXPECT_TRUE(ext->privilegedUids().empty());
+    EXPECT_EQ(-1, ext->apkUid());
+    EXPECT_EQ(-1, ext->apkPid());
+    EXPECT_EQ(String16("com.example.app"), ext->getAPKPackageName());
+}
+
+TEST_F(ClientInfoTest, AlwaysOnProbeFollowsItsSwitchAndRunsOnce) {
+    {
+        sp<TransactExtension> ext = makeExtension();
+        Call call;
+        call.str("com.example.app").i32(1).i32(2);
+        Parcel reply;
+        ext->onTransact(10005, call.data(), &reply, 0);
+        EXPECT_FALSE(ext->aonProbed());
+    }
+    writeConfig(R"({"default": {"feature_aon_enable": true}})");
+    sp<TransactExtension> ext = makeExtension();
+    for (int i = 0; i < 2; ++i) {
+        Call call;
+        call.str("com.example.app").i32(1).i32(2);
+        Parcel reply;
+        EXPECT_EQ(OK, ext->onTransact(10005, call.data(), &reply, 0));
+        EXPECT_TRUE(ext->aonProbed());
+    }
+}
+
+TEST_F(ClientInfoTest, CallInfoIsTheCallersIdentity) {
+    sp<TransactExtension> ext = makeExtension();
+    testsupport::LogCapture logs;
+    hostctl::ScopedCallingIdentity caller(10234, 7200);
+    Call call;
+    Parcel reply;
+    EXPECT_EQ(OK, ext->onTransact(10006, call.data(), &reply, 0));
+    EXPECT_EQ(10234, ext->apkUid());
+    EXPECT_EQ(7200, ext->apkPid());
+    EXPECT_TRUE(ext->privilegedUids().empty());
+    EXPECT_TRUE(ext->isPrivilegedApp(10234));
+    EXPECT_EQ(1u, logs.count("onTransact, set call info uid: 10234, pid: 7200")) << logs.dump();
+}
+
+// ---- Accessory torch: 10007, 10008 ----
+
+using RioTransactTest = TransactTest;
+
+TEST_F(RioTransactTest, ClientPidAndIntensityReachTheManager) {
+    sp<TransactExtension> ext = makeExtension();
+    sp<MagnecticSensorManager> rio = ext->giveMagneticManager();
+    testsupport::LogCapture logs;
+    hostctl::ScopedCallingIdentity caller(1000, 1234);
+    {
+        Call call;
+        Parcel reply;
+        EXPECT_EQ(OK, ext->onTransact(10007, call.data(), &reply, 0));
+    }
+    {
+        Call call;
+        call.i32(100);
+        Parcel reply;
+        EXPECT_EQ(OK, ext->onTransact(10008, call.data(), &reply, 0));
+    }
+    EXPECT_EQ(1234, rio->getRioClientPid());
+    EXPECT_EQ(100, rio->getTorchIntensity());
+    EXPECT_EQ(1u, logs.count("[RIO-Torch] onTransact: setRioClientInfo getcalling info pid: 1234"))
+        << logs.dump();
+    EXPECT_EQ(1u, logs.count("[RIO-Torch] onTransact: set torch intensity: 100")) << logs.dump();
+}
+
+TEST_F(RioTransactTest, WithoutTheManagerTheyStillSucceed) {
+    sp<TransactExtension> ext = makeExtension();
+    Call first;
+    Call second;
+    second.i32(40);
+    Parcel reply;
+    EXPECT_EQ(OK, ext->onTransact(10007, first.data(), &reply, 0));
+    EXPECT_EQ(OK, ext->onTransact(10008, second.data(), &reply, 0));
+    EXPECT_EQ(0u, reply.dataSize());
+}
+
+// ---- Disconnect all: 10009 ----
+
+class DisconnectAllTest : public TransactTest {
+protected:
+    sp<hostctl::HostCameraClient> open(TransactExtension& ext, int id, const char* package) {
+        sp<hostctl::HostCameraClient> client = new hostctl::HostCameraClient(
+            String8(std::to_string(id).c_str()), String16(package), 10100 + id, 5000 + id);
+        // The server's close sequence drops the slot from inside disconnect, on this thread.
+        client->setOnDisconnect([&ext, id, this](hostctl::HostCameraClient&) {
+            mFlagSeenInDisconnect.push_back(ext.disconnectingClients());
+            ext.dropClient(id);
+        });
+        ext.storeClient(id, client);
+        return client;
+    }
+    std::vector<bool> mFlagSeenInDisconnect;
+};
+
+TEST_F(DisconnectAllTest, EveryLiveClientIsToldThenDisconnected) {
+    sp<TransactExtension> ext = makeExtension();
+    sp<hostctl::HostCameraClient> back = open(*ext, 0, "com.example.a");
+    sp<hostctl::HostCameraClient> last = open(*ext, kMaxCameraSlots - 1, "com.example.b");
+    {
+        // A slot whose client is already gone is skipped.
+        sp<hostctl::HostCameraClient> gone = open(*ext, 5, "com.example.gone");
+    }
+    hostctl::ScopedCallingIdentity caller(1047, 812);
+    hostctl::grantPermission(1047, kSystemCamera);
+    testsupport::LogCapture logs;
+    Call call(/*token=*/false);
+    Parcel reply;
+    EXPECT_EQ(OK, ext->onTransact(10009, call.data(), &reply, 0));
+    EXPECT_EQ(0u, reply.dataSize());
+    const std::vector<std::string> expected = {"notifyError(0)", "disconnect"};
+    EXPECT_EQ(expected, back->events());
+    EXPECT_EQ(expected, last->events());
+    EXPECT_EQ(CaptureResultExtras().requestId, back->lastErrorExtras().requestId);
+    for (int id = 0; id < kMaxCameraSlots; ++id) EXPECT_EQ(nullptr, ext->promoteClient(id)) << id;
+    EXPECT_EQ((std::vector<bool>{true, true}), mFlagSeenInDisconnect);
+    EXPECT_FALSE(ext->disconnectingClients());
+    EXPECT_EQ(1u, logs.count("onTransact, DISCONNECT_CLIENTS")) << logs.dump();
+}
+
+// ---- Avatar control: 10010 ----
+
+class AvatarTransactTest : public TransactTest {
+protected:
+    // The bytes of the call left unread.
+    size_t send(TransactExtension& ext, const char* message) {
+        Call call;
+        call.str(message);
+        const Parcel& data = call.data();
+        Parcel reply;
+        EXPECT_EQ(OK, ext.onTransact(10010, data, &reply, 0));
+        reply.setDataPosition(0);
+        EXPECT_EQ(0, reply.readExceptionCode());
+        EXPECT_EQ(0u, reply.dataAvail());
+        return data.dataAvail();
+    }
+};
+
+TEST_F(AvatarTransactTest, MessagesAreToldApartByTheirExactText) {
+    sp<TransactExtension> ext = makeExtension();
+    ext->giveZumioManager(true, 0);
+    testsupport::LogCapture logs;
+    send(*ext, "NULL");
+    send(*ext, "null");
+    EXPECT_EQ(2u, logs.count("onTransact, msg null")) << logs.dump();
+    logs.clear();
+    // Another capitalisation is avatar data, as is anything but "init".
+    send(*ext, "Null");
+    send(*ext, "{\"avatar\": 3}");
+    send(*ext, "");
+    EXPECT_EQ(3u, logs.count("onTransact, msg avator")) << logs.dump();
+    EXPECT_EQ(0u, logs.count("msg null")) << logs.dump();
+    logs.clear();
+    send(*ext, "init");
+    EXPECT_EQ(1u, logs.count("onTransact, msg init")) << logs.dump();
+}
+
+TEST_F(AvatarTransactTest, EitherSupportFlagAdmitsTheMessage) {
+    sp<TransactExtension> ext = makeExtension();
+    ext->giveZumioManager(false, 1);
+    testsupport::LogCapture logs;
+    send(*ext, "init");
+    EXPECT_EQ(1u, logs.count("msg init")) << logs.dump();
+}
+
+TEST_F(AvatarTransactTest, WithoutTheFeatureNothingIsRead) {
+    sp<TransactExtension> ext = makeExtension();
+    testsupport::LogCapture logs;
+    EXPECT_GT(send(*ext, "init"), 0u);
+    ext->giveZumioManager(false, 0);
+    EXPECT_GT(send(*ext, "init"), 0u);
+    EXPECT_EQ(0u, logs.count("msg")) << logs.dump();
+}
+
+}  // namespace
