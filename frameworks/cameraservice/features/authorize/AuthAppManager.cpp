@@ -62,9 +62,8 @@ int32_t AuthAppManager::addAuthResultInfo(int pid, int uid, int permBits, String
         EXT_LOG(kVerbose, "%s, signal", __func__);
         mWaitCondition.signal();
     }
-    EXT_LOG(kVerbose,
-            "%s: is success, pid %d, uid %d, permBits %d, packageName: %s, time: %ld", __func__,
-            pid, uid, permBits, packageName.c_str(), static_cast<long>(result.period));
+    EXT_LOG(kVerbose, "%s: is success, pid %d, uid %d, permBits %d, packageName: %s, time: %ld",
+            __func__, pid, uid, permBits, packageName.c_str(), static_cast<long>(result.period));
     return 0;
 }
 
@@ -102,8 +101,7 @@ int32_t AuthAppManager::setDeathRecipient(sp<IBinder> binder, int pid, int uid) 
 }
 
 void AuthAppManager::binderDied(const wp<IBinder>& who) {
-    __android_log_print(ANDROID_LOG_WARN, nullptr, "%s: Java client's binder died.",
-                        "binderDied");
+    __android_log_print(ANDROID_LOG_WARN, nullptr, "%s: Java client's binder died.", "binderDied");
     std::lock_guard<std::recursive_mutex> lock(mLock);
     ssize_t index = -1;
     for (size_t i = 0; i < mAuthAppClientMap.size(); ++i) {
@@ -135,8 +133,7 @@ void AuthAppManager::clearInvalidAuthResult() {
         const AuthResult& result = mAuthResultMap.valueAt(i);
         if (isValid(result, now)) continue;
         EXT_LOG(kVerbose, "%s find invalid auth info, uid: %d, packageName: %s, period: %ld",
-                __func__, result.uid, result.packageName.c_str(),
-                static_cast<long>(result.period));
+                __func__, result.uid, result.packageName.c_str(), static_cast<long>(result.period));
         mAuthResultMap.removeItemsAt(i);
     }
     EXT_LOG(kVerbose, "%s X", __func__);
