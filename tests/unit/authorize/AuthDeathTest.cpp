@@ -98,22 +98,4 @@ TEST_F(AuthDeathTest, ReRegistrationFromTheSamePidUnlinksTheOldBinder) {
     EXPECT_FALSE(mManager->isAuthedClient(&client));
 }
 
-TEST_F(AuthDeathTest, CallersOfDifferentPidsAreWatchedApart) {
-    int clientA = 0;
-    int clientB = 0;
-    mManager->addAuthResultInfo(kAppPid, kAppUid, 0, String8(kApp));
-    mManager->checkAuthResult(kAppPid, kAppUid, String8(kApp), &clientA);
-    mManager->checkAuthResult(kAppPid + 1, kAppUid, String8(kApp), &clientB);
-
-    sp<hostctl::HostBinder> a = hostctl::createBinder("sdk.a");
-    sp<hostctl::HostBinder> b = hostctl::createBinder("sdk.b");
-    mManager->setDeathRecipient(a, kAppPid, kAppUid);
-    mManager->setDeathRecipient(b, kAppPid + 1, kAppUid);
-    EXPECT_EQ(1u, a->linkCount());
-
-    hostctl::killBinder("sdk.b");
-    EXPECT_TRUE(mManager->isAuthedClient(&clientA));
-    EXPECT_FALSE(mManager->isAuthedClient(&clientB));
-}
-
 }  // namespace

@@ -80,14 +80,6 @@ TEST_F(AuthQueryTest, RemoveTakesTheResultOnlyWhenThePackageMatches) {
     EXPECT_FALSE(mManager->isAuthedClient(kAppUid, String8(kApp), false, false));
 }
 
-TEST_F(AuthQueryTest, AddLogsTheRecordedResultWithItsTime) {
-    mManager->addAuthResultInfo(4321, kAppUid, 3, String8(kApp));
-    EXPECT_EQ(1u, mLogs.count("addAuthResultInfo: is success, pid 4321, uid 10100, permBits 3, "
-                              "packageName: com.example.sdkapp, time: " +
-                              std::to_string(kStartWall)))
-        << mLogs.dump();
-}
-
 // ---- Validity period -------------------------------------------------------------------------
 
 using AuthValidityTest = AuthTest;
@@ -169,10 +161,6 @@ TEST_F(AuthClientTest, OneAuthorisedClientPerPid) {
     mManager->checkAuthResult(kAppPid, kAppUid, String8(kApp), &second);
     EXPECT_FALSE(mManager->isAuthedClient(&first));
     EXPECT_TRUE(mManager->isAuthedClient(&second));
-}
-
-TEST_F(AuthClientTest, NullHandleIsNotAuthorisedUntilChecked) {
-    EXPECT_FALSE(mManager->isAuthedClient(nullptr));
 }
 
 // ---- The process-wide manager ----------------------------------------------------------------

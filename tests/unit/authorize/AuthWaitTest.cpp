@@ -87,13 +87,6 @@ TEST_F(AuthWaitTest, AnyResultWakesTheWaitOnceAndItAnswersWithoutWaitingAgain) {
     EXPECT_FALSE(mLogs.contains("wait auth result failed"));
 }
 
-TEST_F(AuthWaitTest, ResultRecordedBeforeTheWaitDoesNotShortenIt) {
-    mManager->addAuthResultInfo(2, 20000, 0, String8("com.other"));
-    const nsecs_t start = android::vantu::monotonicNs();
-    EXPECT_FALSE(mManager->wait(kAppUid, String8(kApp), false, true));
-    EXPECT_EQ(500 * kMs, android::vantu::monotonicNs() - start);
-}
-
 // Adds take the wait lock inside the map lock, and waits answer through the map lock: the
 // manager must never hold them in the opposite order. Real time, so waits really block and wake.
 TEST(AuthConcurrencyTest, AddsWaitsChecksAndDeathsFromManyThreadsFinish) {
