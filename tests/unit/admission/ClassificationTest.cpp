@@ -1,0 +1,116 @@
+// Which class a client falls into: system camera, privileged app, test app.
+#include <gtest/gtest.h>
+#include <utils/String16.h>
+
+#include <string>
+
+#include "CameraServiceExtImpl.h"
+#include "hostctl/CameraHost.h"
+#include "hostctl/Properties.h"
+#include "support/TestSupport.h"
+
+namespace {
+
+using namespace android;
+
+class Classification : public ::testing::Test {
+protected:
+    void SetUp() override { hostctl::clearProperties(); }
+    void TearDown() override { hostctl::clearProperties(); }
+
+    sp<CameraServiceExtImpl> build(const std::string& config = "") {
+        if (!config.empty()) mRoot.writeFile(kFwkConfigPath, config);
+        return new CameraServiceExtImpl();
+    }
+
+    testsupport::TempDeviceRoot mRoot;
+};
+
+TEST_F(Classification, SystemCameraIsTheExactPropertyValue) {
+    hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
+    sp<CameraServiceExtImpl> ext = build();
+    EXPECT_TRUE(ext->isSystemCameraPkgName("com.vantu.camera"));
+    EXPECT_FALSE(ext->isSystemCameraPkgName("com.vantu.camera2"));
+    EXPECT_FALSE(ext->isSystemCameraPkgName("com.vantu"));
+    EXPECT_FALSE(ext->isSystemCameraPkgName(""));
+}
+
+TEST_F(Classification, WithoutTheSystemCameraPropertyOnlyAnEmptyNameMatchesAndItIsLogged) {
+    sp<CameraServiceExtImpl> ext = build();
+    testsupport::LogCapture logs;
+    EXPECT_FALSE(ext->isSystemCameraPkgName("com.vantu.camera"));
+    EXPECT_TRUE(ext->isSystemCameraPkgName(""));
+    EXPECT_TRUE(ext->isSystemCameraPkgName(nullptr));
+    EXPECT_EQ(3u, logs.count("system camera pkg name not set in system_ext/build.prop!"));
+}
+
+TEST_F(Classification, PropertyListTakesOnlySemicolonTerminatedEntries) {
+    hostctl::setProperty("ro.camera.privileged.3rdpartyApp", "com.a;com.b");
+    sp<CameraServiceExtImpl> ext = build();
+    EXPECT_TRUE(ext->is3rdPartyAppPrivileged(String16("com.a")));
+    EXPECT_FALSE(ext->is3rdPartyAppPrivileged(String16("com.b")));
+    hostctl::setProperty("ro.camera.privileged.3rdpartyApp", "com.a;com.b;");
+    EXPECT_TRUE(ext->is3rdPartyAppPrivileged(String16("com.b")));
+    // Entries of the property are whole names, not prefixes.
+    EXPECT_FALSE(ext->is3rdPartyAppPrivileged(String16("com.ab")));
+    EXPECT_FALSE(ext->is3rdPartyAppPrivileged(String16("com")));
+}
+
+TEST_F(Classification, PropertyListAtItsLengthLimitKeepsItsLastEntry) {
+    // 91 characters: the longest value a property holds.
+    std::string list;
+    while (list.size() + 10 <= 81) list += "com.pkg" + std::to_string(list.size() % 10) + "x;";
+    const std::string last(91 - list.size() - 1, 'z');
+    list += last + ";";
+    ASSERT_EQ(91u, list.size());
+    hostctl::setProperty("ro.camera.privileged.3rdpartyApp", list);
+    sp<CameraServiceExtImpl> ext = build();
+    EXPECT_TRUE(ext->is3rdPartyAppPrivileged(String16(last.c_str())));
+}
+
+TEST_F(Classification, ConfigurationListMatchesByPrefixAndLogs) {
+    sp<CameraServiceExtImpl> ext =
+        build(R"({"default": {"privileged_app_list": ["com.tencent", "", 7, "org.x"]}})");
+    hostctl::setProperty("persist.camera.assert.panic", "true");
+    sp<CameraServiceExtImpl> logging = new CameraServiceExtImpl();
+    testsupport::LogCapture logs;
+    EXPECT_TRUE(logging->is3rdPartyAppPrivileged(String16("com.tencent.mm")));
+    EXPECT_EQ(1u, logs.count("com.tencent.mm is privileged app")) << logs.dump();
+    // An empty entry in the file does not make every app privileged.
+    EXPECT_FALSE(ext->is3rdPartyAppPrivileged(String16("com.whatsapp")));
+    EXPECT_FALSE(ext->is3rdPartyAppPrivileged(String16("com.tencen")));
+}
+
+TEST_F(Classification, CtsOverloadsDifferOnPurpose) {
+    sp<CameraServiceExtImpl> ext = build();
+    ext->setAPKPackageName(String16("android.camera.cts.x"));
+    EXPECT_TRUE(ext->isCtsCamera("android.camera.cts.x"));
+    EXPECT_TRUE(ext->isCtsCamera("com.android.cts.verifier.camera"));
+    EXPECT_FALSE(ext->isCtsCamera("android.camera.ct"));
+    // The announced app must be the test suite exactly.
+    EXPECT_FALSE(ext->isCtsCamera());
+    ext->setAPKPackageName(String16("android.camera.cts"));
+    EXPECT_TRUE(ext->isCtsCamera());
+    ext->setAPKPackageName(String16("com.android.cts.verifier"));
+    EXPECT_FALSE(ext->isCtsCamera());
+}
+
+TEST_F(Classification, CtsSwitchOffMakesNoAppATestApp) {
+    sp<CameraServiceExtImpl> ext = build(R"({"default": {"feature_cts_enable": false}})");
+    ext->setAPKPackageName(String16("android.camera.cts"));
+    EXPECT_FALSE(ext->isCtsCamera());
+    EXPECT_FALSE(ext->isCtsCamera("android.camera.cts"));
+}
+
+TEST_F(Classification, UnknownUidsAreNotPrivileged) {
+    sp<CameraServiceExtImpl> ext = build(R"({"default": {"feature_auth_enable": false}})");
+    EXPECT_FALSE(ext->isSystemCameraUid(10050));
+    EXPECT_FALSE(ext->isPrivilegedApp(10050));
+}
+
+TEST_F(Classification, FwkTimerFollowsItsSwitch) {
+    EXPECT_TRUE(build()->isEnableFwkTimer());
+    EXPECT_FALSE(build(R"({"default": {"feature_enable_fwk_timer": false}})")->isEnableFwkTimer());
+}
+
+}  // namespace
