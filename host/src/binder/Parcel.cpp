@@ -170,6 +170,8 @@ void* Parcel::writeInplace(size_t len) {
     if (len > INT32_MAX) return nullptr;
     const size_t padded = padSize(len);
     if (reserve(padded) != OK) return nullptr;
+    // An empty write into a parcel that has no storage yet has nowhere to point, as in libbinder.
+    if (mData == nullptr) return nullptr;
     uint8_t* data = mData + mDataPos;
     memset(data + len, 0, padded - len);
     finishWrite(padded);
@@ -178,6 +180,8 @@ void* Parcel::writeInplace(size_t len) {
 
 status_t Parcel::write(const void* data, size_t len) {
     if (data == nullptr && len > 0) return BAD_VALUE;
+    // Nothing to copy, whether or not the parcel has storage yet.
+    if (len == 0) return OK;
     void* d = writeInplace(len);
     if (d == nullptr) return len > INT32_MAX ? BAD_VALUE : NO_MEMORY;
     if (len > 0) memcpy(d, data, len);

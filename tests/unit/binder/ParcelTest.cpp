@@ -303,3 +303,15 @@ TEST(ParcelData, OverwriteInPlaceAndFreeData) {
     EXPECT_EQ(0u, p.dataPosition());
     EXPECT_EQ(android::BAD_VALUE, p.setData(nullptr, 4));
 }
+
+// Found by the transaction fuzzer: an empty write into a parcel with no storage yet passed a
+// null pointer to memset.
+TEST(ParcelData, EmptyWriteIntoAnEmptyParcelSucceedsAndAddsNothing) {
+    Parcel p;
+    const uint8_t byte = 7;
+    EXPECT_EQ(OK, p.write(&byte, 0));
+    EXPECT_EQ(0u, p.dataSize());
+    EXPECT_EQ(OK, p.writeInt32(5));
+    EXPECT_EQ(OK, p.write(&byte, 0));
+    EXPECT_EQ(4u, p.dataSize());
+}
