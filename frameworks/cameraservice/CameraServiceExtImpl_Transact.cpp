@@ -95,6 +95,16 @@ status_t readInt32s(const Parcel& data, uint32_t code, std::initializer_list<int
     return OK;
 }
 
+// A null binder is a valid read; a record that is cut short or names no object is not.
+status_t readBinder(const Parcel& data, uint32_t code, sp<IBinder>* binder) {
+    const status_t res = data.readNullableStrongBinder(binder);
+    if (res != OK) {
+        EXT_LOG(0, "%s, %d bad parcel, read res: %d", kFunc, code, res);
+        return BAD_VALUE;
+    }
+    return OK;
+}
+
 void writeNoException(Parcel* reply) {
     if (reply != nullptr) reply->writeNoException();
 }
@@ -124,9 +134,7 @@ status_t CameraServiceExtImpl::onTransact(uint32_t code, const Parcel& data, Par
         case SET_AUTH_DEATH_RECIPIENT: {
             if (mAuthAppManager == nullptr) return OK;
             sp<IBinder> binder;
-            if (data.readNullableStrongBinder(&binder) != OK || binder == nullptr) {
-                return BAD_VALUE;
-            }
+            if (readBinder(data, code, &binder) != OK || binder == nullptr) return BAD_VALUE;
             return mAuthAppManager->setDeathRecipient(binder, ipc->getCallingPid(),
                                                       static_cast<int>(ipc->getCallingUid()));
         }
@@ -250,7 +258,7 @@ status_t CameraServiceExtImpl::onTransact(uint32_t code, const Parcel& data, Par
             return OK;
         case OPEN_AON: {
             sp<IBinder> callback;
-            if (data.readNullableStrongBinder(&callback) != OK) return BAD_VALUE;
+            if (readBinder(data, code, &callback) != OK) return BAD_VALUE;
             openAON(callback);
             writeNoException(reply);
             return OK;
@@ -260,7 +268,8 @@ status_t CameraServiceExtImpl::onTransact(uint32_t code, const Parcel& data, Par
             writeNoException(reply);
             return OK;
         case PRE_OPEN_CAMERA: {
-            // Through the server's factory, so a chip class's override answers.
+            // The extension object the server obtained from the factory; none before the
+            // server first called the library's entry.
             CameraServiceExtFactory* factory = CameraServiceExtFactory::getInstance();
             ICameraServiceExt* ext = factory != nullptr ? factory->getCameraServiceExt() : nullptr;
             if (ext != nullptr) ext->preOpenCamera();
