@@ -12,3 +12,4 @@ scripts/build.sh build
 scripts/build.sh build-asan -DCAMEXT_SANITIZE=asan -DCAMEXT_BUILD_BENCH=OFF
 (cd build-asan && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
     ctest --output-on-failure -j"$jobs")
+scripts/fuzz.sh
