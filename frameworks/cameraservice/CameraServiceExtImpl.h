@@ -115,6 +115,8 @@ constexpr char kFwkConfigPath[] = "odm/etc/camera/fwk_config.json";
 // "com.android.cts.verifier").
 bool isCompatibilityTestPackage(const char* packageName);
 
+class IntelligentEviction;
+
 class CameraServiceExtImpl : public ICameraServiceExt {
 public:
     CameraServiceExtImpl();
@@ -168,6 +170,8 @@ public:
     int OverrideCost(const String8& cameraId, const String8& packageName, int cost) override;
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     bool customSaveIntelligentEviction(int cameraId, const String16& clientPackageName);
+    // The rule engine reads and arms the client state (CameraServiceExtImpl_EvictionRules.h).
+    friend class IntelligentEviction;
 
     // ---- Torch policy and shutter sound (CameraServiceExtImpl_Torch.cpp) ----
     status_t beforeSetTorchMode(const String8& cameraId, bool enabled) override;

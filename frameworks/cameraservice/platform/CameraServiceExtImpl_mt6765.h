@@ -11,6 +11,9 @@ namespace android {
 class CameraServiceExtImpl_mt6765 : public CameraServiceExtImpl_mtk {
 public:
     CameraServiceExtImpl_mt6765();
+    // One rule only: a client waits (1500 ms at most) for an occupant named in
+    // "disconnect_wait_list" to finish closing.
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 };
 
 }  // namespace android

@@ -11,6 +11,9 @@ namespace android {
 class CameraServiceExtImpl_mt6983 : public CameraServiceExtImpl_mtk {
 public:
     CameraServiceExtImpl_mt6983();
+    // The base eviction rules with the family's test-package and always-on changes; this chip
+    // has neither a fold rule nor the family's front/rear switch and FreeDom waits.
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
     // Thumbnail sizes offered to CTS.
     virtual void limitThumbnailSizeListForCts(CameraMetadata* info, const String16& cameraId);

@@ -19,6 +19,11 @@ public:
     void afterDisconnect(String8 cameraId, String16 clientPackageName,
                          sp<CameraService> service) override;
 
+    // The family's eviction rules: test packages by exact name, the front/rear switch in place
+    // of the fold rule, native clients also keep a camera from the always-on service, and each
+    // FreeDom disconnect is waited for.
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
+
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
     virtual bool IsNewRequestThermalTemp(bool force);
@@ -26,6 +31,10 @@ public:
     virtual void updatethermaltemp(CameraMetadata& request);
 
 protected:
+    // An app switching between a front and a rear camera (ids of different parity) must not be
+    // held up by its own closing session: the next eviction disconnects every occupant.
+    void frontRearSwitchRule(int cameraId, const String8& packageName);
+
     // Requests seen, for sampling temperatures every mThermalPeriod requests.
     uint32_t mThermalRequestCounter = 0;
     // "feature_get_temperature_enable", read at construction.

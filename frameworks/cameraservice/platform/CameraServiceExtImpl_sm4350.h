@@ -11,6 +11,10 @@ namespace android {
 class CameraServiceExtImpl_sm4350 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm4350();
+    // Eviction: the "Limit_Intelligent_Eviction", test-app and "feature_preempt_enable" gates
+    // first, the system camera taking over in place of the fold rule, face unlock deciding as
+    // the system's own clients do, and a system camera kept from face unlock and Duo.
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
     // API2 size lists for the querying app.
     virtual void limitAPI2Size(const String16& cameraId, const char* packageName,

@@ -11,6 +11,10 @@ namespace android {
 class CameraServiceExtImpl_sm6225 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm6225();
+    // Eviction: the "feature_preempt_enable" gate, the system camera taking over in place of the
+    // fold rule, "com.benqu.wuta" treated as Viber, and the forced eviction of front and rear
+    // cameras that share one GPIO port.
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
     using CameraServiceExtImpl::limitSize;
 

@@ -11,6 +11,9 @@ namespace android {
 class CameraServiceExtImpl_sm7125 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm7125();
+    // Eviction: the base rules after two delays for listed apps, and the IMS service's waits for
+    // Viber counted in 100 ms and 200 ms steps.
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
     using CameraServiceExtImpl::limitSize;
 

@@ -1,11 +1,38 @@
 #include "platform/CameraServiceExtImpl_sm8250.h"
 
+#include <limits.h>
+
 namespace android {
+
+namespace {
+
+constexpr long kSystemCameraExtraWaitNs = 5000000000L;
+
+}  // namespace
 
 CameraServiceExtImpl_sm8250::CameraServiceExtImpl_sm8250() = default;
 
 CameraServiceExtImpl_sm8250::~CameraServiceExtImpl_sm8250() {
     mPerformance.clear();
+}
+
+bool CameraServiceExtImpl_sm8250::customIntelligentEviction(int cameraId,
+                                                            const String16& clientPackageName) {
+    EvictionRules rules;
+    useFaceUnlockAwareRules(&rules);
+    // A listed app gives a closing occupant time to finish, and an idle system camera a second,
+    // once the package rules up to the always-on service have run.
+    rules.slotBeforeImsPoll = [this](int slot, const String8& packageName, const String8& occupant) {
+        return occupiedDurationRule(slot, packageName, occupant);
+    };
+    return IntelligentEviction(*this, rules).decide(cameraId, String8(clientPackageName));
+}
+
+void CameraServiceExtImpl_sm8250::modifyWaitDuration(long& duration, long defaultDuration) {
+    if (!isSystemCameraPkgName(String8(getAPKPackageName()).string())) return;
+    duration = defaultDuration > LONG_MAX - kSystemCameraExtraWaitNs
+                   ? LONG_MAX
+                   : defaultDuration + kSystemCameraExtraWaitNs;
 }
 
 void CameraServiceExtImpl_sm8250::limitSize(const String16&, const char*, CameraMetadata*) {}

@@ -13,6 +13,10 @@ namespace android {
 class CameraServiceExtImpl_sm8250 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8250();
+    // Eviction: the face-unlock aware rules of the family and "enable_occupied_duration_list".
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
+    // The system camera gets five more seconds for the server's eviction wait.
+    void modifyWaitDuration(long& duration, long defaultDuration) override;
     ~CameraServiceExtImpl_sm8250() override;
 
     using CameraServiceExtImpl::limitSize;

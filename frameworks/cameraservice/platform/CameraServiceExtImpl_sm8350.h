@@ -11,6 +11,9 @@ namespace android {
 class CameraServiceExtImpl_sm8350 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8350();
+    // Eviction: the "Limit_Intelligent_Eviction" gate, "com.benqu.wuta" treated as Viber, and
+    // face unlock kept from a system camera while "faceunlock_eviction_enable" holds.
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
     // True when a connect of the package is not recorded.
     virtual bool isConnectIgnoreApp(const char* packageName);

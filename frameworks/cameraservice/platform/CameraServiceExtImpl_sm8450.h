@@ -13,6 +13,9 @@ namespace android {
 class CameraServiceExtImpl_sm8450 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8450();
+    // Eviction: WeChat's explorer cameras, Kwai's own reopen, and
+    // "enable_occupied_duration_list".
+    bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     ~CameraServiceExtImpl_sm8450() override;
 
     // Size lists offered to third-party apps on this chip.
