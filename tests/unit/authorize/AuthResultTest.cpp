@@ -171,7 +171,7 @@ protected:
         mRoot.writeFile(android::kFwkConfigPath, json);
         android::initJsonParser(android::kFwkConfigPath);
     }
-    void TearDown() override { loadConfig("{}"); }
+    void TearDown() override { loadConfig(R"({"default": {}})"); }
 
     testsupport::TempDeviceRoot mRoot;
 };
@@ -180,7 +180,7 @@ TEST_F(AuthInstanceTest, SwitchDecidesAtEachCallAndTheInstanceIsShared) {
     loadConfig(R"({"default": {"feature_auth_enable": false}})");
     EXPECT_EQ(nullptr, android::AuthAppManager::getInstance());
 
-    loadConfig("{}");
+    loadConfig(R"({"default": {}})");
     android::sp<android::AuthAppManager> first = android::AuthAppManager::getInstance();
     ASSERT_NE(nullptr, first);
     EXPECT_EQ(first, android::AuthAppManager::getInstance());
