@@ -6,6 +6,7 @@
 #include <hostctl/CameraHost.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "TransactTestSupport.h"
@@ -347,3 +348,40 @@ TEST_F(AvatarTransactTest, WithoutTheFeatureNothingIsRead) {
 }
 
 }  // namespace
+
+// ---- Concurrency ----
+
+// Transactions arrive on any binder thread while the classification hooks read the same state
+// on others; run under ThreadSanitizer this shows every shared field is touched safely.
+TEST_F(ClientInfoTest, AnnouncementsRaceWithClassificationQueries) {
+    hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
+    sp<TransactExtension> ext = new TransactExtension();
+    constexpr int kRounds = 200;
+    auto announce = [&ext](uint32_t code, uid_t uid, pid_t pid, const char* package, int i) {
+        hostctl::ScopedCallingIdentity caller(uid, pid);
+        Call call;
+        call.str(package).i32(10050 + i % 4).i32(3100);
+        Parcel reply;
+        EXPECT_EQ(OK, ext->onTransact(code, call.data(), &reply, 0));
+    };
+    std::thread systemCamera([&] {
+        for (int i = 0; i < kRounds; ++i) announce(10005, 1000, 1500, "com.vantu.camera", i);
+    });
+    std::thread callInfo([&] {
+        for (int i = 0; i < kRounds; ++i) announce(10006, 20000 + i, 6000 + i, "", i);
+    });
+    std::thread packages([&] {
+        for (int i = 0; i < kRounds; ++i) {
+            announce(10003, 1000, 1500, i % 2 ? "android.camera.cts" : "com.example.app", i);
+        }
+    });
+    std::thread queries([&] {
+        for (int i = 0; i < kRounds; ++i) {
+            ext->isPrivilegedApp(10050);
+            ext->isSystemCameraUid(10051);
+            ext->isCtsCamera();
+        }
+    });
+    for (std::thread* t : {&systemCamera, &callInfo, &packages, &queries}) t->join();
+    EXPECT_EQ((std::set<int32_t>{10050, 10051, 10052, 10053}), ext->privilegedUids());
+}
