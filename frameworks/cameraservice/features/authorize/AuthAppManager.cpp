@@ -53,7 +53,10 @@ int32_t AuthAppManager::addAuthResultInfo(int pid, int uid, int permBits, String
     result.pid = pid;
     result.uid = uid;
     result.permBits = permBits;
-    result.packageName = packageName;
+    // A copy of the text, not a share of the caller's buffer: the map's strings are then made
+    // and freed only under mLock, where ThreadSanitizer can see it (libutils' buffer counts are
+    // invisible to it).
+    result.packageName = String8(packageName.c_str(), packageName.length());
     result.period = vantu::wallSeconds();
     mAuthResultMap.replaceValueFor(uid, result);
 
