@@ -9,8 +9,8 @@
 namespace camext {
 namespace sim {
 
-HookCall::HookCall(Session& s, StepRun& r, const HookSpec& spec, const Json& args)
-    : host(s.host()), session(s), run(r), ext(s.host().ext), mSpec(spec), mArgs(args) {}
+HookCall::HookCall(Session& s, StepRun& r, const HookSpec& hookSpec, const Json& args)
+    : host(s.host()), session(s), run(r), ext(s.host().ext), mSpec(hookSpec), mArgs(args) {}
 
 const Json& HookCall::arg(size_t i) const {
     return hookArg(mSpec, mArgs, i);
@@ -107,13 +107,13 @@ void HookCall::finish() {
 
 void actHook(Session& session, StepRun& run) {
     const std::string name = run.step.args["name"].asString();
-    const HookSpec* spec = findHook(name);
+    const HookSpec* hookSpec = findHook(name);
     HookFn fn = findHookFn(name);
-    if (spec == nullptr || fn == nullptr) {
+    if (hookSpec == nullptr || fn == nullptr) {
         run.problem = "the simulator cannot call " + name;
         return;
     }
-    HookCall call(session, run, *spec, run.step.args["args"]);
+    HookCall call(session, run, *hookSpec, run.step.args["args"]);
     fn(call);
     if (run.problem.empty()) call.finish();
 }

@@ -17,7 +17,7 @@ namespace sim {
 
 class HookCall {
 public:
-    HookCall(Session& session, StepRun& run, const HookSpec& spec, const Json& args);
+    HookCall(Session& session, StepRun& run, const HookSpec& hookSpec, const Json& args);
 
     Host& host;
     Session& session;

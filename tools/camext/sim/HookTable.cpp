@@ -188,49 +188,51 @@ const std::vector<HookSpec>& hookSpecs() {
 }
 
 const HookSpec* findHook(const std::string& name) {
-    for (const auto& spec : hookSpecs()) {
-        if (name == spec.name) return &spec;
+    for (const auto& hookSpec : hookSpecs()) {
+        if (name == hookSpec.name) return &hookSpec;
     }
     return nullptr;
 }
 
-const Json& hookArg(const HookSpec& spec, const Json& args, size_t index) {
+const Json& hookArg(const HookSpec& hookSpec, const Json& args, size_t index) {
     static const Json kNull;
-    if (index >= spec.params.size()) return kNull;
+    if (index >= hookSpec.params.size()) return kNull;
     if (args.isArray()) return index < args.size() ? args.items()[index] : kNull;
-    return args[spec.params[index].name];
+    return args[hookSpec.params[index].name];
 }
 
-bool checkHookArgs(const HookSpec& spec, const Json& args, std::string* subPath, std::string* why) {
+bool checkHookArgs(const HookSpec& hookSpec, const Json& args, std::string* subPath,
+                   std::string* why) {
     if (args.isNull()) return true;
-    if (args.isArray() && args.size() > spec.params.size()) {
-        *subPath = indexPath("", spec.params.size());
-        *why = std::string(spec.name) + " takes " + std::to_string(spec.params.size()) +
-               " argument" + (spec.params.size() == 1 ? "" : "s") + " from a scenario";
+    if (args.isArray() && args.size() > hookSpec.params.size()) {
+        *subPath = indexPath("", hookSpec.params.size());
+        *why = std::string(hookSpec.name) + " takes " + std::to_string(hookSpec.params.size()) +
+               " argument" + (hookSpec.params.size() == 1 ? "" : "s") + " from a scenario";
         return false;
     }
     if (args.isObject()) {
         for (const auto& m : args.members()) {
             bool known = false;
-            for (const auto& p : spec.params) known = known || m.first == p.name;
+            for (const auto& p : hookSpec.params) known = known || m.first == p.name;
             if (!known) {
                 std::string names;
-                for (const auto& p : spec.params)
+                for (const auto& p : hookSpec.params)
                     names += (names.empty() ? "" : ", ") + std::string(p.name);
                 *subPath = memberPath("", m.first);
-                *why = "not a parameter of " + std::string(spec.name) +
+                *why = "not a parameter of " + std::string(hookSpec.name) +
                        (names.empty() ? " (it takes none)" : " (" + names + ")");
                 return false;
             }
         }
     }
-    for (size_t i = 0; i < spec.params.size(); ++i) {
-        const Json& v = hookArg(spec, args, i);
+    for (size_t i = 0; i < hookSpec.params.size(); ++i) {
+        const Json& v = hookArg(hookSpec, args, i);
         // Omitted arguments (and null binders) take neutral values.
         if (v.isNull()) continue;
-        if (!kindAccepts(spec.params[i].kind, v)) {
-            *subPath = args.isArray() ? indexPath("", i) : memberPath("", spec.params[i].name);
-            *why = std::string(spec.params[i].name) + " must be " + kindText(spec.params[i].kind);
+        if (!kindAccepts(hookSpec.params[i].kind, v)) {
+            *subPath = args.isArray() ? indexPath("", i) : memberPath("", hookSpec.params[i].name);
+            *why = std::string(hookSpec.params[i].name) + " must be " +
+                   kindText(hookSpec.params[i].kind);
             return false;
         }
     }

@@ -41,10 +41,11 @@ const HookSpec* findHook(const std::string& name);
 
 // Checks `args` (an array in parameter order or an object by name) against the hook's
 // parameters; returns false with the path and reason of the first fault.
-bool checkHookArgs(const HookSpec& spec, const Json& args, std::string* subPath, std::string* why);
+bool checkHookArgs(const HookSpec& hookSpec, const Json& args, std::string* subPath,
+                   std::string* why);
 // The argument for parameter `index`: from the array by position or the object by name; null
 // when omitted.
-const Json& hookArg(const HookSpec& spec, const Json& args, size_t index);
+const Json& hookArg(const HookSpec& hookSpec, const Json& args, size_t index);
 
 }  // namespace sim
 }  // namespace camext

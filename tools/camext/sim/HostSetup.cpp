@@ -100,23 +100,23 @@ bool setUpApsLibrary(Session& session, std::string* error) {
 
 bool setUpCameras(Session& session, std::string* error) {
     Host& host = session.host();
-    for (const auto& spec : session.scenario().device.cameras) {
+    for (const auto& cameraSpec : session.scenario().device.cameras) {
         CameraState cam;
-        cam.id = spec.id;
-        cam.facing = spec.facing;
+        cam.id = cameraSpec.id;
+        cam.facing = cameraSpec.facing;
         hostctl::setMetadataVendorId(&cam.characteristics, host.tags.vendorId);
-        Json entries = spec.characteristics;
+        Json entries = cameraSpec.characteristics;
         if (!entries.has("android.lens.facing")) {
-            entries.set("android.lens.facing", Json(spec.facing == "front"      ? 0
-                                                    : spec.facing == "external" ? 2
-                                                                                : 1));
+            entries.set("android.lens.facing", Json(cameraSpec.facing == "front"      ? 0
+                                                    : cameraSpec.facing == "external" ? 2
+                                                                                      : 1));
         }
         std::string why;
         if (!writeEntries(host.tags, entries, &cam.characteristics, &why)) {
-            *error = "device.cameras." + spec.id + ".characteristics: " + why;
+            *error = "device.cameras." + cameraSpec.id + ".characteristics: " + why;
             return false;
         }
-        host.providers->addCamera(spec.id, cam.characteristics, host.tags.vendorId);
+        host.providers->addCamera(cameraSpec.id, cam.characteristics, host.tags.vendorId);
         host.cameras.push_back(std::move(cam));
     }
     return true;

@@ -48,7 +48,7 @@ private:
     void action(const std::string& name, const Json& v, const Json& stepObj,
                 const std::string& path, Caller* current, Step* out);
     void parcel(const Json& v, const std::string& path);
-    void hookArgs(const HookSpec& spec, const Json& v, const std::string& path);
+    void hookArgs(const HookSpec& hookSpec, const Json& v, const std::string& path);
     void expect(const Json& v, const std::string& path, const std::string& action);
     void stringList(const Json& v, const std::string& path);
 

@@ -144,14 +144,15 @@ void Parser::action(const std::string& name, const Json& v, const Json& stepObj,
         boolKey("token");
         if (v.has("parcel")) parcel(v["parcel"], memberPath(path, "parcel"));
     } else if (name == "hook") {
-        const HookSpec* spec = nullptr;
+        const HookSpec* hookSpec = nullptr;
         if (want(v, Json::Type::String, path)) {
-            spec = findHook(v.asString());
-            if (spec == nullptr) {
+            hookSpec = findHook(v.asString());
+            if (hookSpec == nullptr) {
                 error(path, "\"" + v.asString() + "\" is not an operation of the hook interface");
             }
         }
-        if (spec != nullptr) hookArgs(*spec, stepObj["args"], memberPath(out->path, "args"));
+        if (hookSpec != nullptr)
+            hookArgs(*hookSpec, stepObj["args"], memberPath(out->path, "args"));
         out->args = Json::object({{"name", v}, {"args", stepObj["args"]}});
     } else if (name == "set_properties" || name == "write_files") {
         stringMap(v, path, true, nullptr);
@@ -224,22 +225,22 @@ void Parser::parcel(const Json& v, const std::string& path) {
     }
 }
 
-void Parser::hookArgs(const HookSpec& spec, const Json& v, const std::string& path) {
+void Parser::hookArgs(const HookSpec& hookSpec, const Json& v, const std::string& path) {
     if (!v.isNull() && !v.isArray() && !v.isObject()) {
         error(path, std::string("must be an array or an object, not ") + v.typeName());
         return;
     }
     std::string sub, why;
-    if (!checkHookArgs(spec, v, &sub, &why)) {
+    if (!checkHookArgs(hookSpec, v, &sub, &why)) {
         error(path + (sub.empty() || sub[0] == '[' ? sub : "." + sub), why);
         return;
     }
-    for (size_t i = 0; i < spec.params.size(); ++i) {
-        const Json& a = hookArg(spec, v, i);
+    for (size_t i = 0; i < hookSpec.params.size(); ++i) {
+        const Json& a = hookArg(hookSpec, v, i);
         const std::string p =
-            v.isArray() ? indexPath(path, i) : memberPath(path, spec.params[i].name);
-        if (spec.params[i].kind == ArgKind::Metadata && a.isObject()) metadata(a, p, false);
-        if (spec.params[i].kind == ArgKind::Parcel && a.isArray()) parcel(a, p);
+            v.isArray() ? indexPath(path, i) : memberPath(path, hookSpec.params[i].name);
+        if (hookSpec.params[i].kind == ArgKind::Metadata && a.isObject()) metadata(a, p, false);
+        if (hookSpec.params[i].kind == ArgKind::Parcel && a.isArray()) parcel(a, p);
     }
 }
 
