@@ -22,6 +22,13 @@ rm -rf "$dir/seeds"
 mkdir -p "$dir/corpus" "$dir/findings"
 "$dir/bin/transact_fuzz_seeds" --write "$dir/seeds"
 
-ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+# libFuzzer's running commentary goes to a log; a finding prints its report.
+log="$dir/fuzz.log"
+if ! ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
     "$dir/bin/transact_fuzzer" -max_total_time="$seconds" -timeout=10 -print_final_stats=1 \
-    -artifact_prefix="$dir/findings/" "$dir/corpus" "$dir/seeds"
+    -artifact_prefix="$dir/findings/" "$dir/corpus" "$dir/seeds" >"$log" 2>&1; then
+    tail -n 80 "$log"
+    echo "transaction fuzzer: FINDING (input in $dir/findings/)"
+    exit 1
+fi
+echo "transaction fuzzer: no finding; $(grep -E '^Done' "$log")"

@@ -4,13 +4,12 @@
  */
 #include "CameraServiceExtImpl.h"
 
+#include <android/hardware/camera2/ICameraDeviceCallbacks.h>
 #include <string.h>
 #include <unistd.h>
 
 #include "utils/JsonParser.h"
 #include "utils/VantuLog.h"
-
-#include <android/hardware/camera2/ICameraDeviceCallbacks.h>
 
 namespace android {
 

@@ -153,7 +153,6 @@ protected:
     void notifyCameraMDM(const char* who);
 
 public:
-
     // ---- App classification (CameraServiceExtImpl_Classify.cpp) ----
     bool isPrivilegedApp(int uid) override;
     bool isSystemCameraUid(int uid) override;

@@ -148,9 +148,8 @@ bool CameraServiceExtImpl::afterConnect(const String8& cameraId, const String16&
         if (id >= 0) storeClient(id, client);
         if (mAuthAppManager != nullptr) {
             IPCThreadState* ipc = IPCThreadState::self();
-            mAuthAppManager->checkAuthResult(ipc->getCallingPid(),
-                                             static_cast<int>(ipc->getCallingUid()), packageName,
-                                             device);
+            mAuthAppManager->checkAuthResult(
+                ipc->getCallingPid(), static_cast<int>(ipc->getCallingUid()), packageName, device);
         }
     }
 
@@ -201,8 +200,7 @@ bool CameraServiceExtImpl::afterConnect(const String8& cameraId, const String16&
 
 // Camera use counts in the platform's battery statistics, except for the system's own clients.
 void CameraServiceExtImpl::onClientChange(String8 cameraId,
-                                          const sp<CameraService::BasicClient>& client,
-                                          bool added) {
+                                          const sp<CameraService::BasicClient>& client, bool added) {
     if (client == nullptr) return;
     if (strncmp(currentPackageName().string(), "android", 7) == 0) return;
     BatteryNotifier& notifier = BatteryNotifier::getInstance();

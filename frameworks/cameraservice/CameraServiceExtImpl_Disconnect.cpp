@@ -8,17 +8,6 @@
 
 namespace android {
 
-// One line through the logger the caller's chip family uses.
-#define DISCONNECT_LOG_ON(util) ((util) ? UTIL_LOG_ON() : EXT_LOG_ON())
-#define DISCONNECT_LOG(util, level, fmt, ...)        \
-    do {                                             \
-        if (util) {                                  \
-            UTIL_LOG(level, fmt, ##__VA_ARGS__);     \
-        } else {                                     \
-            EXT_LOG(level, fmt, ##__VA_ARGS__);      \
-        }                                            \
-    } while (0)
-
 bool CameraServiceExtImpl::beforeDisconnect(bool fromDisconnectAll, bool keepMetaStream,
                                             const String8& cameraId) {
     // The server asks on behalf of disconnect-all only while that transaction runs.
@@ -46,8 +35,7 @@ void CameraServiceExtImpl::afterDisconnect(String8 cameraId, String16 clientPack
             mMotorReleasePending = false;
         }
         if (MotorManager::mIsOpenCameraUpMotor) {
-            mMotorManager->sendSocketToMotorServer(MotorManager::CMD_DOWN, packageName.string(),
-                                                   id);
+            mMotorManager->sendSocketToMotorServer(MotorManager::CMD_DOWN, packageName.string(), id);
             MotorManager::mIsOpenCameraUpMotor = false;
         }
     }
@@ -89,8 +77,8 @@ void CameraServiceExtImpl::resetDisconnectState(int cameraId, bool utilLogger) {
         const String8 other = clientPackageName(client);
         const bool otherCamera = id != cameraId;
         if (other != current || otherCamera) {
-            if (DISCONNECT_LOG_ON(utilLogger)) {
-                DISCONNECT_LOG(utilLogger, 1, "%s, new packageName: %s, more camera id: %d",
+            if (SHARED_LOG_ON(utilLogger)) {
+                SHARED_LOG(utilLogger, 1, "%s, new packageName: %s, more camera id: %d",
                                "afterDisconnect", other.string(), otherCamera ? 1 : 0);
             }
             clientsRemain = true;
@@ -118,7 +106,7 @@ void CameraServiceExtImpl::resetDisconnectState(int cameraId, bool utilLogger) {
 void CameraServiceExtImpl::signalDisconnectWaiter(bool utilLogger) {
     Mutex::Autolock lock(mDisconnectLock);
     if (!mDisconnectWaitPending) return;
-    DISCONNECT_LOG(utilLogger, 1, "%s, signal", "afterDisconnect");
+    SHARED_LOG(utilLogger, 1, "%s, signal", "afterDisconnect");
     mDisconnectCondition.signal();
     mDisconnectWaitPending = false;
 }

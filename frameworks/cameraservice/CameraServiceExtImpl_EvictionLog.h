@@ -7,14 +7,7 @@
 
 #include "utils/VantuLog.h"
 
-#define EVICT_LOG_ON() (mRules.utilLogger ? UTIL_LOG_ON() : EXT_LOG_ON())
-#define EVICT_LOG(level, fmt, ...)               \
-    do {                                         \
-        if (mRules.utilLogger) {                 \
-            UTIL_LOG(level, fmt, ##__VA_ARGS__); \
-        } else {                                 \
-            EXT_LOG(level, fmt, ##__VA_ARGS__);  \
-        }                                        \
-    } while (0)
+#define EVICT_LOG_ON() SHARED_LOG_ON(mRules.utilLogger)
+#define EVICT_LOG(level, fmt, ...) SHARED_LOG(mRules.utilLogger, level, fmt, ##__VA_ARGS__)
 
 #endif  // VANTU_CAMERASERVICE_CAMERASERVICEEXTIMPL_EVICTIONLOG_H

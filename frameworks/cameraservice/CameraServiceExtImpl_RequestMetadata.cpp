@@ -42,7 +42,7 @@ binder::Status CameraServiceExtImpl::afterEndConfigure(const CameraMetadata& ses
         info.mCountdown = 2;
     }
 
-    const String8 package = mCurrentPackageName;
+    const String8 package = currentPackageName();
     // Without the manager every configuration is refused, also of apps that do not use the SDK.
     if (mAuthAppManager == nullptr) {
         EXT_LOG(0, "%s: mAuthAppManager is NULL", __func__);

@@ -57,8 +57,7 @@ bool CameraServiceExtImpl::checkNotPlaySound() {
     for (const std::string& package : silent) {
         if (package == current.string()) {
             if (EXT_LOG_ON()) {
-                EXT_LOG(1, "disable camera shoutter sound white list pkgName: %s",
-                        current.string());
+                EXT_LOG(1, "disable camera shoutter sound white list pkgName: %s", current.string());
             }
             return true;
         }

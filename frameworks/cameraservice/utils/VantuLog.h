@@ -91,4 +91,16 @@ constexpr const char* logBaseName(const char* path) {
 #define EXT_LOG_ON() (::android::getExtLogSwitch() != 0)
 #define UTIL_LOG_ON() (::getLogLevel() != 0)
 
+// For code the base class and the chip variants share: the base writes through EXT_LOG, the
+// variants through UTIL_LOG, chosen by `util` at run time.
+#define SHARED_LOG_ON(util) ((util) ? UTIL_LOG_ON() : EXT_LOG_ON())
+#define SHARED_LOG(util, level, fmt, ...)        \
+    do {                                         \
+        if (util) {                              \
+            UTIL_LOG(level, fmt, ##__VA_ARGS__); \
+        } else {                                 \
+            EXT_LOG(level, fmt, ##__VA_ARGS__);  \
+        }                                        \
+    } while (0)
+
 #endif  // VANTU_CAMERASERVICE_UTILS_VANTULOG_H
