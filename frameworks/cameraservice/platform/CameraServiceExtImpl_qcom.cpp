@@ -53,20 +53,7 @@ EvictionVerdict CameraServiceExtImpl_qcom::occupiedDurationRule(int slot, const 
                                                                 const String8& occupant) {
     if (!isListed("enable_occupied_duration_list", packageName)) return EvictionVerdict::kContinue;
     if (mDoingDisconnect) {
-        const int waited = IntelligentEviction::pollWhile([this] { return bool(mDoingDisconnect); },
-                                                          kPollStepMs, kOccupiedBoundMs);
-        if (waited < 0) {
-            if (UTIL_LOG_ON()) {
-                UTIL_LOG(1, "camera %d be occupied, return busy for package %s", slot,
-                         packageName.string());
-            }
-            return EvictionVerdict::kRefuse;
-        }
-        if (UTIL_LOG_ON()) {
-            UTIL_LOG(1, "%s wait for %s close %d ms", packageName.string(), occupant.string(),
-                     waited);
-        }
-        return EvictionVerdict::kAdmit;
+        return waitForClosingOccupant(slot, packageName, occupant, kOccupiedBoundMs);
     }
     if (isSystemCameraPkgName(occupant.string())) {
         if (UTIL_LOG_ON()) {
@@ -76,6 +63,25 @@ EvictionVerdict CameraServiceExtImpl_qcom::occupiedDurationRule(int slot, const 
         return EvictionVerdict::kAdmit;
     }
     return EvictionVerdict::kContinue;
+}
+
+EvictionVerdict CameraServiceExtImpl_qcom::waitForClosingOccupant(int slot,
+                                                                  const String8& packageName,
+                                                                  const String8& occupant,
+                                                                  int boundMs) {
+    const int waited = IntelligentEviction::pollWhile([this] { return bool(mDoingDisconnect); },
+                                                      kPollStepMs, boundMs);
+    if (waited < 0) {
+        if (UTIL_LOG_ON()) {
+            UTIL_LOG(1, "camera %d be occupied, return busy for package %s", slot,
+                     packageName.string());
+        }
+        return EvictionVerdict::kRefuse;
+    }
+    if (UTIL_LOG_ON()) {
+        UTIL_LOG(1, "%s wait for %s close %d ms", packageName.string(), occupant.string(), waited);
+    }
+    return EvictionVerdict::kAdmit;
 }
 
 void CameraServiceExtImpl_qcom::useFaceUnlockAwareRules(EvictionRules* rules) {

@@ -29,6 +29,10 @@ protected:
     // occupant, or gives an idle system camera one second before the server's eviction.
     EvictionVerdict occupiedDurationRule(int slot, const String8& packageName,
                                          const String8& occupant);
+    // Waits, 30 ms per poll and `boundMs` at most, while a disconnect is in progress: admits
+    // the client once it finished, refuses it as busy when it did not.
+    EvictionVerdict waitForClosingOccupant(int slot, const String8& packageName,
+                                           const String8& occupant, int boundMs);
     // The face-unlock aware rules of the chips that run face unlock as a native client: the
     // service decides on an occupied camera as the system's own clients do, and the always-on
     // service yields to it.

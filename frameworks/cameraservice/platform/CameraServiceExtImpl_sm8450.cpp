@@ -9,7 +9,6 @@ namespace {
 
 constexpr char kWeChat[] = "com.tencent.mm";
 constexpr char kKwai[] = "com.kwai.m2u";
-constexpr int kPollStepMs = 30;
 constexpr int kKwaiBoundMs = 1500;
 
 }  // namespace
@@ -40,20 +39,7 @@ bool CameraServiceExtImpl_sm8450::customIntelligentEviction(int cameraId,
         if (packageName != kKwai || occupant != packageName || !mDoingDisconnect) {
             return EvictionVerdict::kContinue;
         }
-        const int waited = IntelligentEviction::pollWhile([this] { return bool(mDoingDisconnect); },
-                                                          kPollStepMs, kKwaiBoundMs);
-        if (waited < 0) {
-            if (UTIL_LOG_ON()) {
-                UTIL_LOG(1, "camera %d be occupied, return busy for package %s", slot,
-                         packageName.string());
-            }
-            return EvictionVerdict::kRefuse;
-        }
-        if (UTIL_LOG_ON()) {
-            UTIL_LOG(1, "%s wait for %s close %d ms", packageName.string(), occupant.string(),
-                     waited);
-        }
-        return EvictionVerdict::kAdmit;
+        return waitForClosingOccupant(slot, packageName, occupant, kKwaiBoundMs);
     };
     // A listed app gives a closing occupant time to finish, and an idle system camera a second,
     // once the package rules up to the always-on service have run.
