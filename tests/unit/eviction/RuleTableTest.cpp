@@ -27,7 +27,7 @@ using evictiontest::EvictionTest;
 using evictiontest::Exposed;
 
 // The class whose customIntelligentEviction each board must reach.
-const std::map<std::string, std::string>& expectedRuleOwner() {
+[[maybe_unused]] const std::map<std::string, std::string>& expectedRuleOwner() {
     static const std::map<std::string, std::string> owners = {
         {"mt6779", "mtk"},    {"mt6765", "mt6765"}, {"mt6785", "mtk"},     {"mt6789", "mtk"},
         {"mt6885", "mtk"},    {"mt6833", "mtk"},    {"mt6853", "mtk"},     {"mt6873", "mtk"},
@@ -39,7 +39,7 @@ const std::map<std::string, std::string>& expectedRuleOwner() {
     return owners;
 }
 
-sp<CameraServiceExtImpl> makeOwner(const std::string& owner) {
+[[maybe_unused]] sp<CameraServiceExtImpl> makeOwner(const std::string& owner) {
     if (owner == "base") return new CameraServiceExtImpl();
     if (owner == "mtk") return new CameraServiceExtImpl_mtk();
     if (owner == "mt6765") return new CameraServiceExtImpl_mt6765();
