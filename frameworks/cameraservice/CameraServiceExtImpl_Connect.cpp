@@ -28,15 +28,6 @@ bool propertyIs(const char* name, const char* defaultValue, const char* expected
     return strcmp(value, expected) == 0;
 }
 
-bool listHas(const char* key, const char* packageName) {
-    std::vector<std::string> list;
-    getStringArray(key, list, nullptr);
-    for (const std::string& entry : list) {
-        if (entry == packageName) return true;
-    }
-    return false;
-}
-
 }  // namespace
 
 int32_t CameraServiceExtImpl::beforeConnect(const String8& cameraId,
@@ -72,7 +63,7 @@ int32_t CameraServiceExtImpl::beforeConnect(const String8& cameraId,
         return kEvictionRefused;
     }
 
-    if (listHas("skip_rus_check_list", packageName.string()) ||
+    if (stringArrayHas("skip_rus_check_list", packageName.string()) ||
         isSystemCameraPkgName(packageName.string())) {
         mApplyThirdPartySettings = false;
     }

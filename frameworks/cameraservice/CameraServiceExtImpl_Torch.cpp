@@ -51,18 +51,12 @@ status_t CameraServiceExtImpl::beforeSetTorchMode(const String8& cameraId, bool 
 
 bool CameraServiceExtImpl::checkNotPlaySound() {
     if (!getBool("feature_sound_enable", true, nullptr)) return false;
-    std::vector<std::string> silent;
-    getStringArray("disable_camera_shutter_sound_app_list", silent, nullptr);
     const String8 current = currentPackageName();
-    for (const std::string& package : silent) {
-        if (package == current.string()) {
-            if (EXT_LOG_ON()) {
-                EXT_LOG(1, "disable camera shoutter sound white list pkgName: %s", current.string());
-            }
-            return true;
-        }
+    if (!stringArrayHas("disable_camera_shutter_sound_app_list", current.string())) return false;
+    if (EXT_LOG_ON()) {
+        EXT_LOG(1, "disable camera shoutter sound white list pkgName: %s", current.string());
     }
-    return false;
+    return true;
 }
 
 }  // namespace android

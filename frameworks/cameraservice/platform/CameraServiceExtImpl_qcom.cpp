@@ -20,12 +20,7 @@ constexpr int kSystemCameraGraceMs = 1000;
 CameraServiceExtImpl_qcom::CameraServiceExtImpl_qcom() = default;
 
 bool CameraServiceExtImpl_qcom::isListed(const char* key, const String8& packageName) {
-    std::vector<std::string> list;
-    getStringArray(key, list, nullptr);
-    for (const std::string& entry : list) {
-        if (entry == packageName.string()) return true;
-    }
-    return false;
+    return stringArrayHas(key, packageName.string(), nullptr);
 }
 
 bool CameraServiceExtImpl_qcom::evictionLimited(const String8& packageName) {

@@ -391,4 +391,14 @@ void getStringArray(const char* key, std::vector<std::string>& out, const char* 
     }
 }
 
+bool stringArrayHas(const char* key, const char* value, const char* package) {
+    if (value == nullptr) return false;
+    std::vector<std::string> list;
+    getStringArray(key, list, package);
+    for (const std::string& entry : list) {
+        if (entry == value) return true;
+    }
+    return false;
+}
+
 }  // namespace android

@@ -138,6 +138,10 @@ void getIntArray(const char* key, std::vector<int>& out, const char* package = n
 void getDoubleArray(const char* key, std::vector<double>& out, const char* package = nullptr);
 void getStringArray(const char* key, std::vector<std::string>& out, const char* package = nullptr);
 
+// True when the string list `key` (for `package`; null: the current package) holds `value` as a
+// whole entry.
+bool stringArrayHas(const char* key, const char* value, const char* package = nullptr);
+
 }  // namespace android
 
 #endif  // VANTU_CAMERASERVICE_UTILS_JSONPARSER_H

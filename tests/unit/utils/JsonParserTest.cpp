@@ -280,6 +280,19 @@ TEST_F(CurrentParserTest, FreeGettersUseTheCurrentPackage) {
     EXPECT_EQ(30, android::getInt("maxFps", 0));
 }
 
+TEST_F(CurrentParserTest, StringListMembershipIsByWholeEntry) {
+    root.writeFile(kPath, R"({"default": {"list": ["com.a", 3, "com.b"]},
+                              "com.x": {"list": ["com.c"]}})");
+    android::initJsonParser(kPath);
+    EXPECT_TRUE(android::stringArrayHas("list", "com.b"));
+    EXPECT_FALSE(android::stringArrayHas("list", "com."));
+    EXPECT_FALSE(android::stringArrayHas("list", "com.a.b"));
+    EXPECT_FALSE(android::stringArrayHas("list", nullptr));
+    EXPECT_FALSE(android::stringArrayHas("missing", "com.a"));
+    EXPECT_TRUE(android::stringArrayHas("list", "com.c", "com.x"));
+    EXPECT_FALSE(android::stringArrayHas("list", "com.a", "com.x"));
+}
+
 TEST_F(CurrentParserTest, ReplacingTheParserAnswersFromTheNewFile) {
     root.writeFile(kPath, R"({"default": {"maxFps": 1}})");
     android::initJsonParser(kPath);
