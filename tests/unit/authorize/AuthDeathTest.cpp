@@ -14,9 +14,9 @@ using authtest::AuthTest;
 using authtest::kDay;
 using authtest::kSecond;
 
-constexpr int kAppUid = 10100;
-constexpr int kAppPid = 5000;
-constexpr char kApp[] = "com.example.sdkapp";
+using authtest::kAppUid;
+using authtest::kAppPid;
+using authtest::kApp;
 
 class AuthDeathTest : public AuthTest {
 protected:

@@ -16,9 +16,9 @@ using authtest::kSecond;
 using authtest::kStartMonotonic;
 using authtest::kStartWall;
 
-constexpr int kAppUid = 10100;
-constexpr int kAppPid = 5000;
-constexpr char kApp[] = "com.example.sdkapp";
+using authtest::kAppUid;
+using authtest::kAppPid;
+using authtest::kApp;
 constexpr char kAweme[] = "com.ss.android.ugc.aweme";
 
 // ---- Queries by uid and package --------------------------------------------------------------

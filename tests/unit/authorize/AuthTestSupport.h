@@ -28,6 +28,10 @@ constexpr nsecs_t kStartMonotonic = 5000000000LL;
 constexpr nsecs_t kMs = 1000000LL;
 constexpr nsecs_t kSecond = 1000000000LL;
 constexpr int64_t kDay = 86400;
+// The SDK app every case authorises.
+constexpr int kAppUid = 10100;
+constexpr int kAppPid = 5000;
+constexpr char kApp[] = "com.example.sdkapp";
 
 // A fresh manager in virtual time, with the manager's verbose lines made visible (the switch
 // is only ever 0 or 1 on a phone, so those lines never appear there).

@@ -21,8 +21,8 @@ using android::String8;
 using authtest::AuthTest;
 using authtest::kMs;
 
-constexpr int kAppUid = 10100;
-constexpr char kApp[] = "com.example.sdkapp";
+using authtest::kAppUid;
+using authtest::kApp;
 
 class AuthWaitTest : public AuthTest {
 protected:

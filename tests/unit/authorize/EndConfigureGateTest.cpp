@@ -19,9 +19,9 @@ using android::String8;
 using authtest::kMs;
 
 constexpr uint64_t kProvider = 7;
-constexpr int kAppUid = 10100;
-constexpr int kAppPid = 5000;
-constexpr char kApp[] = "com.example.sdkapp";
+using authtest::kAppUid;
+using authtest::kAppPid;
+using authtest::kApp;
 constexpr char kSdkTag[] = "com.vantu.is.sdk.camera.package";
 
 // The extension with a private authorisation manager (or none) and a view of its meta streams.
