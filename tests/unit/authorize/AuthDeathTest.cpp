@@ -14,9 +14,9 @@ using authtest::AuthTest;
 using authtest::kDay;
 using authtest::kSecond;
 
-using authtest::kAppUid;
-using authtest::kAppPid;
 using authtest::kApp;
+using authtest::kAppPid;
+using authtest::kAppUid;
 
 class AuthDeathTest : public AuthTest {
 protected:

@@ -16,9 +16,9 @@ using authtest::kSecond;
 using authtest::kStartMonotonic;
 using authtest::kStartWall;
 
-using authtest::kAppUid;
-using authtest::kAppPid;
 using authtest::kApp;
+using authtest::kAppPid;
+using authtest::kAppUid;
 constexpr char kAweme[] = "com.ss.android.ugc.aweme";
 
 // ---- Queries by uid and package --------------------------------------------------------------

@@ -21,8 +21,8 @@ using android::String8;
 using authtest::AuthTest;
 using authtest::kMs;
 
-using authtest::kAppUid;
 using authtest::kApp;
+using authtest::kAppUid;
 
 class AuthWaitTest : public AuthTest {
 protected:

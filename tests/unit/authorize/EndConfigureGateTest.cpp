@@ -19,9 +19,9 @@ using android::String8;
 using authtest::kMs;
 
 constexpr uint64_t kProvider = 7;
-using authtest::kAppUid;
-using authtest::kAppPid;
 using authtest::kApp;
+using authtest::kAppPid;
+using authtest::kAppUid;
 constexpr char kSdkTag[] = "com.vantu.is.sdk.camera.package";
 
 // The extension with a private authorisation manager (or none) and a view of its meta streams.
