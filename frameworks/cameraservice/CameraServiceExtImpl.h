@@ -16,6 +16,7 @@
  *   CameraServiceExtImpl_Results.cpp          corrections of results for named apps
  *   CameraServiceExtImpl_Characteristics.cpp  static characteristics shaping
  *   CameraServiceExtImpl_Avatar.cpp           the avatar feature's hooks
+ *   CameraServiceExtImpl_FrameProcessing.cpp  the frame-processing engine per configuration
  *   CameraServiceExtImpl_DeviceServices.cpp   scheduling, JPEG sizing, always-on camera
  *   CameraServiceExtImpl_API1.cpp             legacy API1 defaults
  */
@@ -231,6 +232,15 @@ public:
     bool sendZumioJsonTagToHAL(const CameraMetadata& sessionParams) override;
     bool getZumioEnable() override;
     bool getUpdateZumio() override;
+
+    // ---- Frame processing (CameraServiceExtImpl_FrameProcessing.cpp) ----
+    // Releases the engine instance of the previous configuration (start of
+    // beforeConfigureStreamsLocked) and sets up the next one with the APS switch (end of
+    // afterConfigureStreamsLocked); both do nothing unless the library is fully bound.
+    void releaseAPSEngine();
+    void setUpAPSEngine();
+    // The switch reads the client, the session's feature answers and the avatar manager.
+    friend class APSInterface;
 
     // ---- Device services (CameraServiceExtImpl_DeviceServices.cpp) ----
     void modifyWaitDuration(long& duration, long defaultDuration) override;

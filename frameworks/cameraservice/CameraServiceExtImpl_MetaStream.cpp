@@ -8,11 +8,15 @@
 namespace android {
 
 void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata&, size_t, String8,
-                                                        camera3::StreamSet&, int) {}
+                                                        camera3::StreamSet&, int) {
+    releaseAPSEngine();
+}
 
 void CameraServiceExtImpl::afterConfigureStreamsLocked(const CameraMetadata&, size_t,
                                                        const CameraMetadata&, camera3::StreamSet&,
-                                                       String8) {}
+                                                       String8) {
+    setUpAPSEngine();
+}
 
 status_t CameraServiceExtImpl::flush(String8 cameraId) {
     if (EXT_LOG_ON()) EXT_LOG(1, "%s ", "flush");
