@@ -15,6 +15,13 @@ public:
     // face unlock kept from a system camera while "faceunlock_eviction_enable" holds.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
+    // Avatar session tags through the avatar manager (CameraServiceExtImpl_sm8350_Avatar.cpp).
+    // The one chip that renders the avatar in its HAL: the engine's beauty and avatar path was
+    // brought up on this platform ("lahaina"), which the APS switch also singles out.
+    bool sendZumioInitTagToHAL(const CameraMetadata& sessionParams) override;
+    bool sendZumioJsonTagToHAL(const CameraMetadata& sessionParams) override;
+    bool getUpdateZumio() override;
+
     // True when a connect of the package is not recorded.
     virtual bool isConnectIgnoreApp(const char* packageName);
     // Request thread: writes the last temperatures into the request's thermal tag.
