@@ -28,8 +28,10 @@ Json scalar(const std::string& text) {
 }
 
 // A call as a scenario writes it: one argument alone ("Torch", 1), several as a list of texts,
-// other operations of the service as their text ("linkToDeath(0)").
+// other operations of the service as their text ("linkToDeath(0)"); the frame-processing
+// library's entry points by their symbol names alone.
 Json callValue(const hostctl::ServiceCall& call) {
+    if (call.service == hostctl::kApsLibrary) return Json(call.method);
     if (!isMainMethod(call.service, call.method)) return Json(call.text());
     if (call.args.size() == 1) return scalar(call.args[0]);
     Json list = Json::array();
