@@ -26,4 +26,12 @@ bool APSInterface::checkToRemoveInFlightReqest(camera3::CaptureOutputStates&, si
 
 void APSInterface::uninit() {}
 
+bool APSInterface::isFullyBound() const {
+    return false;
+}
+
+bool APSInterface::isAPSFeatureSupport(const char*) {
+    return false;
+}
+
 }  // namespace android

@@ -46,6 +46,11 @@ public:
     bool checkToRemoveInFlightReqest(camera3::CaptureOutputStates& states, size_t index);
     // Releases the engine's resources when a client disconnects.
     void uninit();
+
+    // True when the library is loaded with every entry point bound (the optional one included).
+    bool isFullyBound() const;
+    // The library's answer whether it supports `feature` (a vendor tag name); false unbound.
+    bool isAPSFeatureSupport(const char* feature);
 };
 
 }  // namespace android

@@ -10,5 +10,8 @@ sp<ZumioManager> ZumioManager::getInstance() {
 // exists and these are never reached.
 void ZumioManager::setAvatarInfo(const String8&) {}
 void ZumioManager::setZumioEnable(bool, bool) {}
+bool ZumioManager::isSupportZumio(const char*, const char*, bool) {
+    return false;
+}
 
 }  // namespace android

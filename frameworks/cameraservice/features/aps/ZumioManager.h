@@ -21,6 +21,9 @@ public:
     // The avatar description a system app sent ("NULL" when none).
     void setAvatarInfo(const String8& info);
     void setZumioEnable(bool enable, bool avatarCancel);
+    // True when the avatar feature applies to the app's activity (for a capture session when
+    // `forCapture`).
+    bool isSupportZumio(const char* package, const char* activity, bool forCapture);
 };
 
 }  // namespace android
