@@ -11,7 +11,8 @@
  *   CameraServiceExtImpl_Eviction.cpp         intelligent eviction
  *   CameraServiceExtImpl_Torch.cpp            torch policy and shutter sound
  *   CameraServiceExtImpl_Transact.cpp         the library's binder transactions
- *   CameraServiceExtImpl_RequestMetadata.cpp  vendor tags in session parameters and requests
+ *   CameraServiceExtImpl_RequestMetadata.cpp  vendor tags and per-app fixes of requests
+ *   CameraServiceExtImpl_SessionTags.cpp      client-identity tags of the session parameters
  *   CameraServiceExtImpl_MetaStream.cpp       the hidden meta stream
  *   CameraServiceExtImpl_Results.cpp          corrections of results for named apps
  *   CameraServiceExtImpl_Characteristics.cpp  static characteristics shaping
@@ -188,6 +189,17 @@ public:
     // Writes (add) or erases the client-identity tags of the session parameters.
     void addRemovePackageName(const CameraMetadata& sessionParams, unsigned long vendorId, bool add);
 
+protected:
+    // Request fixes that the base and the chip classes share: WhatsApp's pending AF trigger goes
+    // back to IDLE, and Messenger's always-flash AE mode gets a single flash.
+    void applyThirdPartyFlashAfFixes(CameraMetadata& request);
+    // Zeroes the first AE region of a third-party app's front-camera request (touch AE off).
+    // `platform` ends the log line ("lahaina", "holi"); `alsoExempt` is one more exempt package,
+    // or null.
+    void disableFrontCameraTouchAE(CameraMetadata& request, const char* platform,
+                                   const char* alsoExempt);
+
+public:
     // ---- Meta stream (CameraServiceExtImpl_MetaStream.cpp) ----
     void beforeConfigureStreamsLocked(const CameraMetadata& sessionParams, size_t vendorId,
                                       String8 cameraId, camera3::StreamSet& streams,
