@@ -24,6 +24,12 @@ public:
     // FreeDom disconnect is waited for.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
+    // Request thread: records the request counter, keeps WhatsApp from sending AF CANCEL twice
+    // in a row, and writes temperatures while "feature_get_temperature_enable" holds.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+    // The base answer, else the thermal sampling's while temperatures are enabled.
+    bool IsNewRequest(bool newRequest, bool flag) override;
+
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
     virtual bool IsNewRequestThermalTemp(bool force);
@@ -37,6 +43,9 @@ protected:
 
     // Requests seen, for sampling temperatures every mThermalPeriod requests.
     uint32_t mThermalRequestCounter = 0;
+    // The AF trigger of WhatsApp's last request (0 when it had none); request thread, reset with
+    // the other per-app marks at configuration.
+    vantu::Relaxed<uint8_t> mLastRequestAFtrigger{0};
     // "feature_get_temperature_enable", read at construction.
     bool mGetTemperatureEnable = false;
     int32_t mThermalPeriod = 60;

@@ -7,6 +7,14 @@ namespace android {
 
 CameraServiceExtImpl_sm8350::CameraServiceExtImpl_sm8350() = default;
 
+void CameraServiceExtImpl_sm8350::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    mThermalRequestCounter = frameNumber;
+    disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    if (getBool("feature_get_temperature_enable", false, nullptr)) updatethermaltemp(request);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 bool CameraServiceExtImpl_sm8350::customIntelligentEviction(int cameraId,
                                                             const String16& clientPackageName) {
     EvictionRules rules;

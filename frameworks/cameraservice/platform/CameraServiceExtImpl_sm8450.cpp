@@ -15,6 +15,14 @@ constexpr int kKwaiBoundMs = 1500;
 
 CameraServiceExtImpl_sm8450::CameraServiceExtImpl_sm8450() = default;
 
+void CameraServiceExtImpl_sm8450::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    mThermalRequestCounter = frameNumber;
+    disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    if (getBool("feature_get_temperature_enable", false, nullptr)) updatethermaltemp(request);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 CameraServiceExtImpl_sm8450::~CameraServiceExtImpl_sm8450() {
     mPerformance.clear();
 }
