@@ -190,6 +190,11 @@ public:
     void addRemovePackageName(const CameraMetadata& sessionParams, unsigned long vendorId, bool add);
 
 protected:
+    // Apps that the request rules single out by package.
+    enum class RequestApp : uint8_t { kOther, kWhatsApp, kMessenger, kFacebook };
+    // The current package's class for the request rules; classified again only when the package
+    // changes, so that the request thread neither copies nor compares names per request.
+    RequestApp currentRequestApp() const;
     // Request fixes that the base and the chip classes share: WhatsApp's pending AF trigger goes
     // back to IDLE, and Messenger's always-flash AE mode gets a single flash.
     void applyThirdPartyFlashAfFixes(CameraMetadata& request);
@@ -351,6 +356,10 @@ protected:
     mutable std::mutex mClientNameLock;
     String8 mCurrentPackageName{"NULL"};
     String8 mActivityName{"NULL"};
+    // The package that currentRequestApp() classified last (held, so that its text cannot be
+    // freed and another name take its place) and its class; under mClientNameLock.
+    mutable String8 mRequestAppName;
+    mutable RequestApp mRequestApp = RequestApp::kOther;
     // "package/activity" exactly as the server passed it to beforeConnect.
     String8 mClientComponentName;
 

@@ -8,7 +8,7 @@
 #include <cinttypes>
 
 #include "CameraServiceExtImpl.h"
-#include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
 
@@ -94,24 +94,43 @@ binder::Status CameraServiceExtImpl::afterEndConfigure(const CameraMetadata& ses
     return binder::Status::ok();
 }
 
+CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp() const {
+    std::lock_guard<std::mutex> lock(mClientNameLock);
+    if (mRequestAppName.string() != mCurrentPackageName.string()) {
+        mRequestAppName = mCurrentPackageName;
+        const char* package = mRequestAppName.string();
+        if (isWhatsApp(package)) {
+            mRequestApp = RequestApp::kWhatsApp;
+        } else if (strcmp(package, "com.facebook.orca") == 0) {
+            mRequestApp = RequestApp::kMessenger;
+        } else if (strcmp(package, "com.facebook.katana") == 0) {
+            mRequestApp = RequestApp::kFacebook;
+        } else {
+            mRequestApp = RequestApp::kOther;
+        }
+    }
+    return mRequestApp;
+}
+
 bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool flag) {
     checkNeedEnableMagneticSensor();
     const bool torchChanged = isTorchIntensityChanged();
     const bool result = newRequest || torchChanged;
-    const String8 package = currentPackageName();
+    const vantu::RequestSwitches& switches = vantu::requestSwitches();
 
     // The host's `flag` only gates the forcing rules; what it stands for is the host's business.
-    if (getBool("feature_flash_enable", true, nullptr) && isWhatsApp(package.string()) &&
-        mLastAFtrigger != 0 && flag) {
+    if (switches.flashEnable && mLastAFtrigger != 0 &&
+        currentRequestApp() == RequestApp::kWhatsApp && flag) {
         if (EXT_LOG_ON()) {
-            EXT_LOG(
-                1, "%s: mLastAFtrigger is not ANDROID_CONTROL_AF_TRIGGER_IDLE, set newRequest true",
-                __func__);
+            EXT_LOG(1,
+                    "%s: mLastAFtrigger is not ANDROID_CONTROL_AF_TRIGGER_IDLE, set newRequest "
+                    "true",
+                    __func__);
         }
         return true;
     }
-    if (getBool("feature_fold_enable", false, nullptr) &&
-        !isSystemCameraPkgName(package.string()) && mDeviceStateChanged) {
+    if (switches.foldEnable && !isSystemCameraPkgName(currentPackageName().string()) &&
+        mDeviceStateChanged) {
         mDeviceStateChanged = false;
         // The trigger is printed after it was cleared, so the line always shows 0.
         if (EXT_LOG_ON()) {
@@ -124,8 +143,8 @@ bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool flag) {
 }
 
 void CameraServiceExtImpl::applyThirdPartyFlashAfFixes(CameraMetadata& request) {
-    const String8 package = currentPackageName();
-    if (isWhatsApp(package.string()) && mLastAFtrigger != 0) {
+    const RequestApp app = currentRequestApp();
+    if (app == RequestApp::kWhatsApp && mLastAFtrigger != 0) {
         if (EXT_LOG_ON()) {
             EXT_LOG(1,
                     "%s: mLastAFtrigger is not ANDROID_CONTROL_AF_TRIGGER_IDLE, Send AfTriggerIdle "
@@ -137,15 +156,15 @@ void CameraServiceExtImpl::applyThirdPartyFlashAfFixes(CameraMetadata& request) 
         request.update(ANDROID_CONTROL_AF_TRIGGER, &idle, 1);
     }
     uint8_t aeMode = 0;
-    if (strcmp(package.string(), "com.facebook.orca") == 0 &&
-        firstByte(request, ANDROID_CONTROL_AE_MODE, &aeMode) &&
+    if (app == RequestApp::kMessenger && firstByte(request, ANDROID_CONTROL_AE_MODE, &aeMode) &&
         aeMode == ANDROID_CONTROL_AE_MODE_ON_ALWAYS_FLASH) {
         const uint8_t single = ANDROID_FLASH_MODE_SINGLE;
         request.update(ANDROID_FLASH_MODE, &single, 1);
         if (EXT_LOG_ON()) {
-            EXT_LOG(
-                1, "%s: %s set ae_mode to ON_ALWAYS_FLASH(3), enforce it's flash_mode to SINGLE(1)",
-                kPrepareHook, package.string());
+            EXT_LOG(1,
+                    "%s: %s set ae_mode to ON_ALWAYS_FLASH(3), enforce it's flash_mode to "
+                    "SINGLE(1)",
+                    kPrepareHook, "com.facebook.orca");
         }
     }
 }
@@ -177,7 +196,8 @@ void CameraServiceExtImpl::disableFrontCameraTouchAE(CameraMetadata& request, co
 void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
                                                               uint32_t frameNumber) {
     setTorchIntensity(request, frameNumber);
-    if (getBool("feature_flash_enable", true, nullptr)) applyThirdPartyFlashAfFixes(request);
+    const vantu::RequestSwitches& switches = vantu::requestSwitches();
+    if (switches.flashEnable) applyThirdPartyFlashAfFixes(request);
 
     if (mTorchDisabled) {
         const uint8_t flashOff = ANDROID_FLASH_MODE_OFF;
@@ -186,9 +206,8 @@ void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& re
         request.update(ANDROID_CONTROL_AE_MODE, &aeOn, 1);
     }
 
-    if (getBool("feature_fold_enable", false, nullptr)) {
-        const String8 package = currentPackageName();
-        if (!isSystemCameraPkgName(package.string())) {
+    if (switches.foldEnable) {
+        if (!isSystemCameraPkgName(currentPackageName().string())) {
             // Resolved on first need and kept; while the provider does not know the tag every
             // request tries again.
             uint32_t tag = mDeviceStateTag;

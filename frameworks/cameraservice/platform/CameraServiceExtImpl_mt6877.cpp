@@ -1,7 +1,5 @@
 #include "platform/CameraServiceExtImpl_mt6877.h"
 
-#include <string.h>
-
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -10,10 +8,9 @@ CameraServiceExtImpl_mt6877::CameraServiceExtImpl_mt6877() = default;
 
 void CameraServiceExtImpl_mt6877::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
                                                                      uint32_t frameNumber) {
-    const String8 package = currentPackageName();
     const camera_metadata_ro_entry entry =
         static_cast<const CameraMetadata&>(request).find(ANDROID_CONTROL_AF_TRIGGER);
-    if (strcmp(package.string(), "com.facebook.katana") == 0 && entry.count > 0 &&
+    if (currentRequestApp() == RequestApp::kFacebook && entry.count > 0 &&
         entry.type == TYPE_BYTE && entry.data.u8[0] == ANDROID_CONTROL_AF_TRIGGER_CANCEL) {
         const uint8_t idle = ANDROID_CONTROL_AF_TRIGGER_IDLE;
         request.update(ANDROID_CONTROL_AF_TRIGGER, &idle, 1);

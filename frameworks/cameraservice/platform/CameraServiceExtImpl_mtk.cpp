@@ -1,10 +1,10 @@
 #include "platform/CameraServiceExtImpl_mtk.h"
 
 #include <binder/IPCThreadState.h>
-#include <string.h>
 
 #include "CameraServiceExtImpl_EvictionRules.h"
 #include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -43,9 +43,7 @@ void CameraServiceExtImpl_mtk::frontRearSwitchRule(int cameraId, const String8& 
 void CameraServiceExtImpl_mtk::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
                                                                   uint32_t frameNumber) {
     mThermalRequestCounter = frameNumber;
-    const String8 package = currentPackageName();
-    if (strcmp(package.string(), "com.whatsapp") == 0 ||
-        strcmp(package.string(), "com.whatsapp.w4b") == 0) {
+    if (currentRequestApp() == RequestApp::kWhatsApp) {
         uint8_t trigger = ANDROID_CONTROL_AF_TRIGGER_IDLE;
         const camera_metadata_ro_entry entry =
             static_cast<const CameraMetadata&>(request).find(ANDROID_CONTROL_AF_TRIGGER);
@@ -61,15 +59,13 @@ void CameraServiceExtImpl_mtk::onPrepareHalRequestsUpdateMetadata(CameraMetadata
         }
         mLastRequestAFtrigger = trigger;
     }
-    if (getBool("feature_get_temperature_enable", false, nullptr)) updatethermaltemp(request);
+    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
     CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
 }
 
 bool CameraServiceExtImpl_mtk::IsNewRequest(bool newRequest, bool flag) {
     if (CameraServiceExtImpl::IsNewRequest(newRequest, flag)) return true;
-    if (getBool("feature_get_temperature_enable", false, nullptr)) {
-        return IsNewRequestThermalTemp(newRequest);
-    }
+    if (vantu::requestSwitches().temperatureEnable) return IsNewRequestThermalTemp(newRequest);
     return newRequest;
 }
 

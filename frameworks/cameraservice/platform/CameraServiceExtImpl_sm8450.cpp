@@ -1,6 +1,7 @@
 #include "platform/CameraServiceExtImpl_sm8450.h"
 
 #include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -19,7 +20,7 @@ void CameraServiceExtImpl_sm8450::onPrepareHalRequestsUpdateMetadata(CameraMetad
                                                                      uint32_t frameNumber) {
     mThermalRequestCounter = frameNumber;
     disableFrontCameraTouchAE(request, "lahaina", nullptr);
-    if (getBool("feature_get_temperature_enable", false, nullptr)) updatethermaltemp(request);
+    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
     CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
 }
 
