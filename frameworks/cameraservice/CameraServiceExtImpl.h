@@ -426,6 +426,9 @@ protected:
     vantu::Relaxed<uint32_t> mRejectStopPreviewFrameNum{static_cast<uint32_t>(-1)};
     vantu::Relaxed<bool> mTorchOn{false};
     vantu::Relaxed<uint8_t> mLastAFtrigger{0};
+    // The AF trigger of WhatsApp's last request as the app sent it (0 when it had none), for the
+    // MediaTek family's repeated-CANCEL rule.
+    vantu::Relaxed<uint8_t> mLastRequestAFtrigger{0};
     vantu::Relaxed<uint32_t> mLatestAePreCaptureFrameNum{0};
     vantu::Relaxed<uint32_t> mLatestAfTriggerCancelFrameNum{0};
     // Resolved vendor tag ids, 0 while unresolved.

@@ -116,7 +116,7 @@ bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool flag) {
     checkNeedEnableMagneticSensor();
     const bool torchChanged = isTorchIntensityChanged();
     const bool result = newRequest || torchChanged;
-    const vantu::RequestSwitches& switches = vantu::requestSwitches();
+    const vantu::RequestSwitches switches = vantu::requestSwitches();
 
     // The host's `flag` only gates the forcing rules; what it stands for is the host's business.
     if (switches.flashEnable && mLastAFtrigger != 0 &&
@@ -196,7 +196,7 @@ void CameraServiceExtImpl::disableFrontCameraTouchAE(CameraMetadata& request, co
 void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
                                                               uint32_t frameNumber) {
     setTorchIntensity(request, frameNumber);
-    const vantu::RequestSwitches& switches = vantu::requestSwitches();
+    const vantu::RequestSwitches switches = vantu::requestSwitches();
     if (switches.flashEnable) applyThirdPartyFlashAfFixes(request);
 
     if (mTorchDisabled) {

@@ -43,9 +43,6 @@ protected:
 
     // Requests seen, for sampling temperatures every mThermalPeriod requests.
     uint32_t mThermalRequestCounter = 0;
-    // The AF trigger of WhatsApp's last request (0 when it had none); request thread, reset with
-    // the other per-app marks at configuration.
-    vantu::Relaxed<uint8_t> mLastRequestAFtrigger{0};
     // "feature_get_temperature_enable", read at construction.
     bool mGetTemperatureEnable = false;
     int32_t mThermalPeriod = 60;

@@ -19,7 +19,7 @@ thread_local SwitchMemo tMemo;
 
 }  // namespace
 
-const RequestSwitches& requestSwitches() {
+RequestSwitches requestSwitches() {
     SwitchMemo& memo = tMemo;
     const JsonParser* parser = currentJsonParser();
     const char* package = getJsonPackageName();

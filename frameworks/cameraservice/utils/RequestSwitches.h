@@ -17,7 +17,7 @@ struct RequestSwitches {
 };
 
 // The switches as getBool answers them for the current package.
-const RequestSwitches& requestSwitches();
+RequestSwitches requestSwitches();
 
 }  // namespace vantu
 }  // namespace android
