@@ -8,6 +8,7 @@
 #include <utils/String8.h>
 
 #include <string>
+#include <thread>
 
 #include "CameraServiceExtImpl.h"
 #include "support/TestSupport.h"
@@ -242,6 +243,32 @@ TEST_F(RequestHooksTest, DescriptorLookupPrefersAGlobalDescriptorWithTags) {
     EXPECT_TRUE(android::vantu::findVendorTag(kDeviceStateTag, kProvider, &tag));
     ASSERT_TRUE(hostctl::installVendorTags({{kDeviceStateTag, TYPE_INT64}}, 0, false, true));
     EXPECT_TRUE(android::vantu::findVendorTag(kDeviceStateTag, kProvider + 1, &tag));
+}
+
+// The request thread classifies the package while a binder thread switches it: each request
+// sees one whole name, and the last switch is what the next request goes by.
+TEST_F(RequestHooksTest, PackageSwitchRacingTheRequestThread) {
+    build("{}", "com.example.app");
+    android::setExtLogSwitch(0);
+    std::thread binder([this] {
+        for (int i = 0; i < 2000; ++i) {
+            mExt->setCurrentPackageName(
+                android::String16(i % 2 ? "com.whatsapp" : "com.example.app"));
+        }
+        mExt->setCurrentPackageName(android::String16("com.facebook.orca"));
+    });
+    CameraMetadata settings = request();
+    for (uint32_t frame = 0; frame < 2000; ++frame) {
+        mExt->IsNewRequest(false, true);
+        prepare(settings, frame);
+    }
+    binder.join();
+    const uint8_t alwaysFlash = ANDROID_CONTROL_AE_MODE_ON_ALWAYS_FLASH;
+    settings.update(ANDROID_CONTROL_AE_MODE, &alwaysFlash, 1);
+    prepare(settings, 2000);
+    const camera_metadata_entry flash = settings.find(ANDROID_FLASH_MODE);
+    ASSERT_EQ(1u, flash.count);
+    EXPECT_EQ(ANDROID_FLASH_MODE_SINGLE, flash.data.u8[0]);
 }
 
 }  // namespace
