@@ -182,6 +182,15 @@ TEST_F(RequestHooksTest, LockedRequestIsLeftAloneAndStaysLocked) {
     EXPECT_FALSE(settings.exists(ANDROID_FLASH_MODE));
 }
 
+TEST_F(RequestHooksTest, RequestWithoutAPacketTakesTheFixesItNeeds) {
+    build("{}", "com.whatsapp");
+    mExt->setLastAfTrigger(ANDROID_CONTROL_AF_TRIGGER_START);
+    CameraMetadata empty;
+    prepare(empty, 0);
+    EXPECT_EQ(ANDROID_CONTROL_AF_TRIGGER_IDLE, afTrigger(empty));
+    EXPECT_EQ(1u, empty.entryCount());
+}
+
 TEST_F(RequestHooksTest, RequestIsLeftLockedForTheServerToUnlock) {
     build("{}", "com.example.app");
     CameraMetadata settings = request();
