@@ -11,7 +11,8 @@
  *   CameraServiceExtImpl_Eviction.cpp         intelligent eviction
  *   CameraServiceExtImpl_Torch.cpp            torch policy and shutter sound
  *   CameraServiceExtImpl_Transact.cpp         the library's binder transactions
- *   CameraServiceExtImpl_RequestMetadata.cpp  vendor tags in session parameters and requests
+ *   CameraServiceExtImpl_RequestMetadata.cpp  vendor tags and per-app fixes of requests
+ *   CameraServiceExtImpl_SessionTags.cpp      client-identity tags of the session parameters
  *   CameraServiceExtImpl_MetaStream.cpp       the hidden meta stream
  *   CameraServiceExtImpl_Results.cpp          corrections of results for named apps
  *   CameraServiceExtImpl_Characteristics.cpp  static characteristics shaping
@@ -169,6 +170,22 @@ public:
     // Writes (add) or erases the client-identity tags of the session parameters.
     void addRemovePackageName(const CameraMetadata& sessionParams, unsigned long vendorId, bool add);
 
+protected:
+    // Apps that the request rules single out by package.
+    enum class RequestApp : uint8_t { kOther, kWhatsApp, kMessenger, kFacebook };
+    // The current package's class for the request rules; classified again only when the package
+    // changes, so that the request thread neither copies nor compares names per request.
+    RequestApp currentRequestApp() const;
+    // Request fixes that the base and the chip classes share: WhatsApp's pending AF trigger goes
+    // back to IDLE, and Messenger's always-flash AE mode gets a single flash.
+    void applyThirdPartyFlashAfFixes(CameraMetadata& request);
+    // Zeroes the first AE region of a third-party app's front-camera request (touch AE off).
+    // `platform` ends the log line ("lahaina", "holi"); `alsoExempt` is one more exempt package,
+    // or null.
+    void disableFrontCameraTouchAE(CameraMetadata& request, const char* platform,
+                                   const char* alsoExempt);
+
+public:
     // ---- Meta stream (CameraServiceExtImpl_MetaStream.cpp) ----
     void beforeConfigureStreamsLocked(const CameraMetadata& sessionParams, size_t vendorId,
                                       String8 cameraId, camera3::StreamSet& streams,
@@ -329,6 +346,10 @@ protected:
     mutable std::mutex mClientNameLock;
     String8 mCurrentPackageName{"NULL"};
     String8 mActivityName{"NULL"};
+    // The package that currentRequestApp() classified last (held, so that its text cannot be
+    // freed and another name take its place) and its class; under mClientNameLock.
+    mutable String8 mRequestAppName;
+    mutable RequestApp mRequestApp = RequestApp::kOther;
     // "package/activity" exactly as the server passed it to beforeConnect.
     String8 mClientComponentName;
 
@@ -395,6 +416,9 @@ protected:
     vantu::Relaxed<uint32_t> mRejectStopPreviewFrameNum{static_cast<uint32_t>(-1)};
     vantu::Relaxed<bool> mTorchOn{false};
     vantu::Relaxed<uint8_t> mLastAFtrigger{0};
+    // The AF trigger of WhatsApp's last request as the app sent it (0 when it had none), for the
+    // MediaTek family's repeated-CANCEL rule.
+    vantu::Relaxed<uint8_t> mLastRequestAFtrigger{0};
     vantu::Relaxed<uint32_t> mLatestAePreCaptureFrameNum{0};
     vantu::Relaxed<uint32_t> mLatestAfTriggerCancelFrameNum{0};
     // Resolved vendor tag ids, 0 while unresolved.

@@ -7,14 +7,20 @@
 
 namespace android {
 
-void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata&, size_t, String8,
+void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata& sessionParams,
+                                                        size_t vendorId, String8,
                                                         camera3::StreamSet&, int) {
     releaseAPSEngine();
+    mFwkBeauty = 0;
+    mFwkZumio = 0;
+    mSupportAps2Zumio = 0;
+    addRemovePackageName(sessionParams, vendorId, true);
 }
 
-void CameraServiceExtImpl::afterConfigureStreamsLocked(const CameraMetadata&, size_t,
-                                                       const CameraMetadata&, camera3::StreamSet&,
-                                                       String8) {
+void CameraServiceExtImpl::afterConfigureStreamsLocked(const CameraMetadata& sessionParams,
+                                                       size_t vendorId, const CameraMetadata&,
+                                                       camera3::StreamSet&, String8) {
+    addRemovePackageName(sessionParams, vendorId, false);
     setUpAPSEngine();
 }
 

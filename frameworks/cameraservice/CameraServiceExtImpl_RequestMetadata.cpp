@@ -2,9 +2,13 @@
  * Vendor tags written into session parameters and capture requests: the client's identity, the
  * fold state, per-app flash and autofocus fixes, and the check of camera-SDK apps.
  */
+#include <string.h>
 #include <utils/CameraThreadState.h>
 
+#include <cinttypes>
+
 #include "CameraServiceExtImpl.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
 
@@ -14,6 +18,22 @@ namespace {
 
 // Present in the session parameters of an app that drives the maker's camera SDK.
 constexpr char kSdkPackageTag[] = "com.vantu.is.sdk.camera.package";
+constexpr char kDeviceStateTag[] = "com.vantu.device.state";
+// The request hook's name in the lines of the fixes it shares with the chip classes.
+constexpr char kPrepareHook[] = "onPrepareHalRequestsUpdateMetadata";
+
+bool isWhatsApp(const char* package) {
+    return strcmp(package, "com.whatsapp") == 0 || strcmp(package, "com.whatsapp.w4b") == 0;
+}
+
+// The first value of the byte entry `tag`, or false when the request lacks it or holds it
+// malformed (another type, no values).
+bool firstByte(const CameraMetadata& request, uint32_t tag, uint8_t* value) {
+    const camera_metadata_ro_entry entry = request.find(tag);
+    if (entry.count == 0 || entry.type != TYPE_BYTE || entry.data.u8 == nullptr) return false;
+    *value = entry.data.u8[0];
+    return true;
+}
 
 // The answer of afterEndConfigure to an SDK app that is not authorised; `line` is where the
 // refusal was decided.
@@ -26,8 +46,6 @@ binder::Status refuseUnauthorisedSdkApp(const String8& package, int line) {
 }
 
 }  // namespace
-
-void CameraServiceExtImpl::addRemovePackageName(const CameraMetadata&, unsigned long, bool) {}
 
 binder::Status CameraServiceExtImpl::afterEndConfigure(const CameraMetadata& sessionParams,
                                                        void* client, unsigned long vendorId,
@@ -76,11 +94,146 @@ binder::Status CameraServiceExtImpl::afterEndConfigure(const CameraMetadata& ses
     return binder::Status::ok();
 }
 
-bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool) {
-    return newRequest;
+CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp() const {
+    std::lock_guard<std::mutex> lock(mClientNameLock);
+    if (mRequestAppName.string() != mCurrentPackageName.string()) {
+        mRequestAppName = mCurrentPackageName;
+        const char* package = mRequestAppName.string();
+        if (isWhatsApp(package)) {
+            mRequestApp = RequestApp::kWhatsApp;
+        } else if (strcmp(package, "com.facebook.orca") == 0) {
+            mRequestApp = RequestApp::kMessenger;
+        } else if (strcmp(package, "com.facebook.katana") == 0) {
+            mRequestApp = RequestApp::kFacebook;
+        } else {
+            mRequestApp = RequestApp::kOther;
+        }
+    }
+    return mRequestApp;
 }
 
-void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata&, uint32_t) {}
+bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool flag) {
+    checkNeedEnableMagneticSensor();
+    const bool torchChanged = isTorchIntensityChanged();
+    const bool result = newRequest || torchChanged;
+    const vantu::RequestSwitches switches = vantu::requestSwitches();
+
+    // The host's `flag` only gates the forcing rules; what it stands for is the host's business.
+    if (switches.flashEnable && mLastAFtrigger != 0 &&
+        currentRequestApp() == RequestApp::kWhatsApp && flag) {
+        if (EXT_LOG_ON()) {
+            EXT_LOG(1,
+                    "%s: mLastAFtrigger is not ANDROID_CONTROL_AF_TRIGGER_IDLE, set newRequest "
+                    "true",
+                    __func__);
+        }
+        return true;
+    }
+    if (switches.foldEnable && !isSystemCameraPkgName(currentPackageName().string()) &&
+        mDeviceStateChanged) {
+        mDeviceStateChanged = false;
+        // The trigger is printed after it was cleared, so the line always shows 0.
+        if (EXT_LOG_ON()) {
+            EXT_LOG(1, "%s: New request device state for 0x%" PRIx64 " trigger %d", __func__,
+                    static_cast<uint64_t>(mDeviceState), static_cast<bool>(mDeviceStateChanged));
+        }
+        return true;
+    }
+    return result;
+}
+
+void CameraServiceExtImpl::applyThirdPartyFlashAfFixes(CameraMetadata& request) {
+    const RequestApp app = currentRequestApp();
+    if (app == RequestApp::kWhatsApp && mLastAFtrigger != 0) {
+        if (EXT_LOG_ON()) {
+            EXT_LOG(1,
+                    "%s: mLastAFtrigger is not ANDROID_CONTROL_AF_TRIGGER_IDLE, Send AfTriggerIdle "
+                    "To HAL",
+                    kPrepareHook);
+        }
+        mLastAFtrigger = 0;
+        const uint8_t idle = ANDROID_CONTROL_AF_TRIGGER_IDLE;
+        request.update(ANDROID_CONTROL_AF_TRIGGER, &idle, 1);
+    }
+    uint8_t aeMode = 0;
+    if (app == RequestApp::kMessenger && firstByte(request, ANDROID_CONTROL_AE_MODE, &aeMode) &&
+        aeMode == ANDROID_CONTROL_AE_MODE_ON_ALWAYS_FLASH) {
+        const uint8_t single = ANDROID_FLASH_MODE_SINGLE;
+        request.update(ANDROID_FLASH_MODE, &single, 1);
+        if (EXT_LOG_ON()) {
+            EXT_LOG(1,
+                    "%s: %s set ae_mode to ON_ALWAYS_FLASH(3), enforce it's flash_mode to "
+                    "SINGLE(1)",
+                    kPrepareHook, "com.facebook.orca");
+        }
+    }
+}
+
+void CameraServiceExtImpl::disableFrontCameraTouchAE(CameraMetadata& request, const char* platform,
+                                                     const char* alsoExempt) {
+    if (mLastCameraId != 1) return;
+    const String8 package = currentPackageName();
+    char systemCamera[PROPERTY_VALUE_MAX] = {0};
+    property_get("ro.vantu.system.camera.name", systemCamera, "");
+    if (strcmp(package.string(), systemCamera) == 0 ||
+        strcmp(package.string(), "android.camera.cts") == 0 ||
+        strcmp(package.string(), "com.android.cts.verifier") == 0 ||
+        (alsoExempt != nullptr && strcmp(package.string(), alsoExempt) == 0)) {
+        return;
+    }
+    camera_metadata_entry regions = request.find(ANDROID_CONTROL_AE_REGIONS);
+    if (regions.count == 0 || regions.type != TYPE_INT32 || regions.data.i32 == nullptr) return;
+    // A region is five values (xmin, ymin, xmax, ymax, weight); a short entry is zeroed as far
+    // as it goes and no further.
+    const size_t values = regions.count < 5 ? regions.count : 5;
+    memset(regions.data.i32, 0, values * sizeof(int32_t));
+    if (EXT_LOG_ON()) {
+        EXT_LOG(1, "%s: %s disable front camera touch AE function of 3rd APK for %s", kPrepareHook,
+                package.string(), platform);
+    }
+}
+
+void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                              uint32_t frameNumber) {
+    setTorchIntensity(request, frameNumber);
+    const vantu::RequestSwitches switches = vantu::requestSwitches();
+    if (switches.flashEnable) applyThirdPartyFlashAfFixes(request);
+
+    if (mTorchDisabled) {
+        const uint8_t flashOff = ANDROID_FLASH_MODE_OFF;
+        const uint8_t aeOn = ANDROID_CONTROL_AE_MODE_ON;
+        request.update(ANDROID_FLASH_MODE, &flashOff, 1);
+        request.update(ANDROID_CONTROL_AE_MODE, &aeOn, 1);
+    }
+
+    if (switches.foldEnable) {
+        if (!isSystemCameraPkgName(currentPackageName().string())) {
+            // Resolved on first need and kept; while the provider does not know the tag every
+            // request tries again.
+            uint32_t tag = mDeviceStateTag;
+            if (tag == 0) {
+                if (vantu::findVendorTag(kDeviceStateTag, mVendorId, &tag)) {
+                    mDeviceStateTag = tag;
+                } else {
+                    tag = 0;
+                    if (EXT_LOG_ON()) {
+                        EXT_LOG(1, "%s: Unknown tag com.vantu.device.state, ignoring", __func__);
+                    }
+                }
+            }
+            const int64_t state = static_cast<int64_t>(static_cast<uint64_t>(mDeviceState));
+            if (tag != 0) request.update(tag, &state, 1);
+            if (EXT_LOG_ON()) {
+                EXT_LOG(1, "%s: Process device state for 0x%" PRIx64 " tag 0x%x", __func__,
+                        static_cast<uint64_t>(state), tag);
+            }
+        }
+    }
+
+    // Left locked: the server locks the same settings for the HAL right after this hook and
+    // unlocks them once the request is sent, which releases this lock as well.
+    UpdateParamForSpecial3rdIssue(request.getAndLock(), frameNumber);
+}
 
 void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata*, String8) {}
 

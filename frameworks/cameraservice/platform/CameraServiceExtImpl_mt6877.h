@@ -11,6 +11,8 @@ namespace android {
 class CameraServiceExtImpl_mt6877 : public CameraServiceExtImpl_mtk {
 public:
     CameraServiceExtImpl_mt6877();
+    // Request thread: Facebook's AF CANCEL goes to the HAL as IDLE, then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
 };
 
 }  // namespace android

@@ -6,6 +6,12 @@ namespace android {
 
 CameraServiceExtImpl_mt6983::CameraServiceExtImpl_mt6983() = default;
 
+void CameraServiceExtImpl_mt6983::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    CameraServiceExtImpl_mtk::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 bool CameraServiceExtImpl_mt6983::customIntelligentEviction(int cameraId,
                                                             const String16& clientPackageName) {
     EvictionRules rules;

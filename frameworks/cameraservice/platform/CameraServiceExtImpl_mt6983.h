@@ -11,6 +11,8 @@ namespace android {
 class CameraServiceExtImpl_mt6983 : public CameraServiceExtImpl_mtk {
 public:
     CameraServiceExtImpl_mt6983();
+    // Request thread: the front-camera touch-AE rule, then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // The base eviction rules with the family's test-package and always-on changes; this chip
     // has neither a fold rule nor the family's front/rear switch and FreeDom waits.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;

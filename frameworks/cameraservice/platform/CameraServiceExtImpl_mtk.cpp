@@ -4,6 +4,7 @@
 
 #include "CameraServiceExtImpl_EvictionRules.h"
 #include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -37,6 +38,35 @@ void CameraServiceExtImpl_mtk::frontRearSwitchRule(int cameraId, const String8& 
                  "customIntelligentEviction");
     }
     mFreeDomEviction = true;
+}
+
+void CameraServiceExtImpl_mtk::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                  uint32_t frameNumber) {
+    mThermalRequestCounter = frameNumber;
+    if (currentRequestApp() == RequestApp::kWhatsApp) {
+        uint8_t trigger = ANDROID_CONTROL_AF_TRIGGER_IDLE;
+        const camera_metadata_ro_entry entry =
+            static_cast<const CameraMetadata&>(request).find(ANDROID_CONTROL_AF_TRIGGER);
+        if (entry.count > 0 && entry.type == TYPE_BYTE) trigger = entry.data.u8[0];
+        if (trigger == ANDROID_CONTROL_AF_TRIGGER_CANCEL &&
+            mLastRequestAFtrigger == ANDROID_CONTROL_AF_TRIGGER_CANCEL) {
+            const uint8_t idle = ANDROID_CONTROL_AF_TRIGGER_IDLE;
+            request.update(ANDROID_CONTROL_AF_TRIGGER, &idle, 1);
+            if (EXT_LOG_ON()) {
+                EXT_LOG(1, "%s: Repeat sending AF_TRIGGER_CANCEL, Send AF_TRIGGER_IDLE To HAL",
+                        __func__);
+            }
+        }
+        mLastRequestAFtrigger = trigger;
+    }
+    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
+    CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
+bool CameraServiceExtImpl_mtk::IsNewRequest(bool newRequest, bool flag) {
+    if (CameraServiceExtImpl::IsNewRequest(newRequest, flag)) return true;
+    if (vantu::requestSwitches().temperatureEnable) return IsNewRequestThermalTemp(newRequest);
+    return newRequest;
 }
 
 bool CameraServiceExtImpl_mtk::IsNewRequestThermalTemp(bool force) {

@@ -24,6 +24,12 @@ public:
     // FreeDom disconnect is waited for.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
+    // Request thread: records the request counter, keeps WhatsApp from sending AF CANCEL twice
+    // in a row, and writes temperatures while "feature_get_temperature_enable" holds.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+    // The base answer, else the thermal sampling's while temperatures are enabled.
+    bool IsNewRequest(bool newRequest, bool flag) override;
+
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
     virtual bool IsNewRequestThermalTemp(bool force);

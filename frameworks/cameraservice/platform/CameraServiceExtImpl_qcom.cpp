@@ -19,6 +19,12 @@ constexpr int kSystemCameraGraceMs = 1000;
 
 CameraServiceExtImpl_qcom::CameraServiceExtImpl_qcom() = default;
 
+void CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                   uint32_t frameNumber) {
+    applyThirdPartyFlashAfFixes(request);
+    CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 bool CameraServiceExtImpl_qcom::isListed(const char* key, const String8& packageName) {
     return stringArrayHas(key, packageName.string(), nullptr);
 }

@@ -13,6 +13,9 @@ namespace android {
 class CameraServiceExtImpl_qcom : public CameraServiceExtImpl {
 public:
     CameraServiceExtImpl_qcom();
+    // Request thread: WhatsApp's and Messenger's fixes whatever "feature_flash_enable" says,
+    // then the base, which applies them again under that switch (finding nothing left to do).
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
 
 protected:
     // Eviction rules that several Snapdragon chips add to the base set.

@@ -12,6 +12,12 @@ constexpr char kDuo[] = "com.google.android.apps.tachyon";
 
 CameraServiceExtImpl_sm4350::CameraServiceExtImpl_sm4350() = default;
 
+void CameraServiceExtImpl_sm4350::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    disableFrontCameraTouchAE(request, "holi", nullptr);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 bool CameraServiceExtImpl_sm4350::customIntelligentEviction(int cameraId,
                                                             const String16& clientPackageName) {
     EvictionRules rules;

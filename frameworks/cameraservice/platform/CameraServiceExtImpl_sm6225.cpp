@@ -7,6 +7,12 @@ namespace android {
 
 CameraServiceExtImpl_sm6225::CameraServiceExtImpl_sm6225() = default;
 
+void CameraServiceExtImpl_sm6225::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 bool CameraServiceExtImpl_sm6225::customIntelligentEviction(int cameraId,
                                                             const String16& clientPackageName) {
     EvictionRules rules;

@@ -11,6 +11,8 @@ namespace android {
 class CameraServiceExtImpl_sm6225 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm6225();
+    // Request thread: the front-camera touch-AE rule, then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // Eviction: the "feature_preempt_enable" gate, the system camera taking over in place of the
     // fold rule, "com.benqu.wuta" treated as Viber, and the forced eviction of front and rear
     // cameras that share one GPIO port.

@@ -22,6 +22,12 @@ constexpr int kImsConnectStepMs = 200;
 
 CameraServiceExtImpl_sm7125::CameraServiceExtImpl_sm7125() = default;
 
+void CameraServiceExtImpl_sm7125::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    disableFrontCameraTouchAE(request, "holi", nullptr);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 bool CameraServiceExtImpl_sm7125::customIntelligentEviction(int cameraId,
                                                             const String16& clientPackageName) {
     EvictionRules rules;

@@ -11,6 +11,8 @@ namespace android {
 class CameraServiceExtImpl_sm7125 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm7125();
+    // Request thread: the front-camera touch-AE rule, then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // Eviction: the base rules after two delays for listed apps, and the IMS service's waits for
     // Viber counted in 100 ms and 200 ms steps.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;

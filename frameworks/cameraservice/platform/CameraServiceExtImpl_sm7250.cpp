@@ -4,6 +4,12 @@ namespace android {
 
 CameraServiceExtImpl_sm7250::CameraServiceExtImpl_sm7250() = default;
 
+void CameraServiceExtImpl_sm7250::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 CameraServiceExtImpl_sm7250::~CameraServiceExtImpl_sm7250() {
     mPerformance.clear();
 }

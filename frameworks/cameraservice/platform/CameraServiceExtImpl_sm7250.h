@@ -13,6 +13,8 @@ namespace android {
 class CameraServiceExtImpl_sm7250 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm7250();
+    // Request thread: the front-camera touch-AE rule, then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // Eviction: the face-unlock aware rules of the family.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     ~CameraServiceExtImpl_sm7250() override;

@@ -12,6 +12,12 @@ constexpr long kSystemCameraExtraWaitNs = 5000000000L;
 
 CameraServiceExtImpl_sm8250::CameraServiceExtImpl_sm8250() = default;
 
+void CameraServiceExtImpl_sm8250::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    disableFrontCameraTouchAE(request, "lahaina", "com.twinax.camera");
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
+
 CameraServiceExtImpl_sm8250::~CameraServiceExtImpl_sm8250() {
     mPerformance.clear();
 }

@@ -13,6 +13,8 @@ namespace android {
 class CameraServiceExtImpl_sm8250 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8250();
+    // Request thread: the front-camera touch-AE rule (Twinax exempt too), then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // Eviction: the face-unlock aware rules of the family and "enable_occupied_duration_list".
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     // The system camera gets five more seconds for the server's eviction wait.

@@ -1,11 +1,20 @@
 #include "platform/CameraServiceExtImpl_sm8350.h"
 
 #include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 
 namespace android {
 
 CameraServiceExtImpl_sm8350::CameraServiceExtImpl_sm8350() = default;
+
+void CameraServiceExtImpl_sm8350::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    mThermalRequestCounter = frameNumber;
+    disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
 
 bool CameraServiceExtImpl_sm8350::customIntelligentEviction(int cameraId,
                                                             const String16& clientPackageName) {

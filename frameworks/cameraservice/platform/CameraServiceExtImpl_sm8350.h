@@ -11,6 +11,9 @@ namespace android {
 class CameraServiceExtImpl_sm8350 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8350();
+    // Request thread: records the request counter, the front-camera touch-AE rule and
+    // temperatures while "feature_get_temperature_enable" holds, then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // Eviction: the "Limit_Intelligent_Eviction" gate, "com.benqu.wuta" treated as Viber, and
     // face unlock kept from a system camera while "faceunlock_eviction_enable" holds.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
@@ -26,6 +29,10 @@ public:
     virtual bool isConnectIgnoreApp(const char* packageName);
     // Request thread: writes the last temperatures into the request's thermal tag.
     virtual void updatethermaltemp(CameraMetadata& request);
+
+protected:
+    // The number of the request being prepared, for the thermal sampling.
+    uint32_t mThermalRequestCounter = 0;
 };
 
 }  // namespace android

@@ -1,6 +1,7 @@
 #include "platform/CameraServiceExtImpl_sm8450.h"
 
 #include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -14,6 +15,14 @@ constexpr int kKwaiBoundMs = 1500;
 }  // namespace
 
 CameraServiceExtImpl_sm8450::CameraServiceExtImpl_sm8450() = default;
+
+void CameraServiceExtImpl_sm8450::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                                     uint32_t frameNumber) {
+    mThermalRequestCounter = frameNumber;
+    disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
+    CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
+}
 
 CameraServiceExtImpl_sm8450::~CameraServiceExtImpl_sm8450() {
     mPerformance.clear();

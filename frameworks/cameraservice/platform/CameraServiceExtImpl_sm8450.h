@@ -13,6 +13,9 @@ namespace android {
 class CameraServiceExtImpl_sm8450 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8450();
+    // Request thread: records the request counter, the front-camera touch-AE rule and
+    // temperatures while "feature_get_temperature_enable" holds, then the family's rules.
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // Eviction: WeChat's explorer cameras, Kwai's own reopen, and
     // "enable_occupied_duration_list".
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
@@ -24,6 +27,8 @@ public:
     virtual void updatethermaltemp(CameraMetadata& request);
 
 protected:
+    // The number of the request being prepared, for the thermal sampling.
+    uint32_t mThermalRequestCounter = 0;
     // The performance HAL service that sets thread scheduling classes; fetched on first use.
     sp<vendor::vantu::hardware::performance::V1_0::IPerformance> mPerformance;
 };

@@ -339,6 +339,10 @@ void setJsonPackageName(const char* name) {
     gCurrentPackage.store(it->c_str(), std::memory_order_release);
 }
 
+const JsonParser* currentJsonParser() {
+    return currentParser();
+}
+
 const char* getJsonPackageName() {
     return gCurrentPackage.load(std::memory_order_acquire);
 }

@@ -121,6 +121,9 @@ private:
 
 // Loads `path` into a new parser that becomes the current one.
 void initJsonParser(const char* path);
+// The parser the free getters use, null before initJsonParser(). Every loaded parser lives for
+// the process, so its address names one loaded configuration for good.
+const JsonParser* currentJsonParser();
 // The package that getters called without one use; null means "default".
 void setJsonPackageName(const char* name);
 // The current package name ("default" until set).

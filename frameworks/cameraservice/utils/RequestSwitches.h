@@ -1,0 +1,25 @@
+/*
+ * The configuration switches that the request rules test on every request, for the current
+ * package. The configuration is loaded once at start-up, so their values change only with the
+ * current package (or a newly loaded configuration); each request thread keeps the answers of
+ * the last pair it saw and looks the keys up again when that pair changes.
+ */
+#ifndef VANTU_CAMERASERVICE_UTILS_REQUESTSWITCHES_H
+#define VANTU_CAMERASERVICE_UTILS_REQUESTSWITCHES_H
+
+namespace android {
+namespace vantu {
+
+struct RequestSwitches {
+    bool flashEnable;        // "feature_flash_enable", default true
+    bool foldEnable;         // "feature_fold_enable", default false
+    bool temperatureEnable;  // "feature_get_temperature_enable", default false
+};
+
+// The switches as getBool answers them for the current package.
+RequestSwitches requestSwitches();
+
+}  // namespace vantu
+}  // namespace android
+
+#endif  // VANTU_CAMERASERVICE_UTILS_REQUESTSWITCHES_H

@@ -1,0 +1,283 @@
+// The request hooks of the base class on what scenarios cannot set up: a pending AF trigger of
+// WhatsApp, a provider that learns the device-state tag late, locked and malformed packets, and
+// the lines of the session-tag writer when the packet refuses a change.
+#include <gtest/gtest.h>
+#include <hostctl/HostEnv.h>
+#include <hostctl/Properties.h>
+#include <hostctl/VendorTags.h>
+#include <utils/String8.h>
+
+#include <string>
+#include <thread>
+
+#include "CameraServiceExtImpl.h"
+#include "support/TestSupport.h"
+#include "utils/VantuLog.h"
+#include "utils/VendorTagLookup.h"
+
+namespace {
+
+using android::CameraMetadata;
+using android::sp;
+using android::String8;
+
+constexpr uint64_t kProvider = 3;
+constexpr char kDeviceStateTag[] = "com.vantu.device.state";
+
+// The extension with the client state a connect would have left.
+class RequestExtension : public android::CameraServiceExtImpl {
+public:
+    void setPackage(const char* package) { mCurrentPackageName = String8(package); }
+    void setLastAfTrigger(uint8_t trigger) { mLastAFtrigger = trigger; }
+    uint8_t lastAfTrigger() const { return mLastAFtrigger; }
+    void setCamera(int id) { mLastCameraId = id; }
+    void setVendor(uint64_t id) { mVendorId = id; }
+    void setDeviceState(uint64_t state, bool changed) {
+        mDeviceState = state;
+        mDeviceStateChanged = changed;
+    }
+    bool deviceStateChanged() const { return mDeviceStateChanged; }
+    void touchAE(CameraMetadata& request) {
+        disableFrontCameraTouchAE(request, "lahaina", nullptr);
+    }
+};
+
+class RequestHooksTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        hostctl::clearProperties();
+        hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
+        // The extension reads its debug switch when it is built.
+        hostctl::setProperty("persist.sys.assert.panic", "true");
+    }
+    void TearDown() override {
+        hostctl::clearVendorTags();
+        android::setExtLogSwitch(0);
+    }
+
+    // Builds the extension on a configuration whose "default" section is `defaults`.
+    void build(const std::string& defaults, const char* package) {
+        mRoot.writeFile("odm/etc/camera/fwk_config.json", "{\"default\": " + defaults + "}");
+        mExt = new RequestExtension();
+        mExt->setPackage(package);
+        mExt->setVendor(kProvider);
+    }
+
+    static CameraMetadata request() {
+        CameraMetadata settings;
+        hostctl::setMetadataVendorId(&settings, kProvider);
+        const uint8_t start = ANDROID_CONTROL_AF_TRIGGER_START;
+        settings.update(ANDROID_CONTROL_AF_TRIGGER, &start, 1);
+        return settings;
+    }
+
+    // The request hook as the server runs it: the settings are unlocked once sent.
+    void prepare(CameraMetadata& settings, uint32_t frame) {
+        mExt->onPrepareHalRequestsUpdateMetadata(settings, frame);
+        const camera_metadata_t* raw = settings.getAndLock();
+        settings.unlock(raw);
+    }
+
+    static uint8_t afTrigger(const CameraMetadata& settings) {
+        const camera_metadata_ro_entry entry = settings.find(ANDROID_CONTROL_AF_TRIGGER);
+        return entry.count == 1 ? entry.data.u8[0] : 0xff;
+    }
+
+    testsupport::TempDeviceRoot mRoot;
+    testsupport::LogCapture mLogs;
+    sp<RequestExtension> mExt;
+};
+
+TEST_F(RequestHooksTest, WhatsAppPendingAfTriggerIsResentAsIdleOnce) {
+    build("{}", "com.whatsapp.w4b");
+    mExt->setLastAfTrigger(ANDROID_CONTROL_AF_TRIGGER_START);
+    // The host's flag gates the forcing rule.
+    EXPECT_FALSE(mExt->IsNewRequest(false, false));
+    EXPECT_TRUE(mExt->IsNewRequest(false, true));
+    EXPECT_TRUE(
+        mLogs.contains("IsNewRequest: mLastAFtrigger is not ANDROID_CONTROL_AF_TRIGGER_IDLE, "
+                       "set newRequest true"));
+
+    CameraMetadata settings = request();
+    prepare(settings, 7);
+    EXPECT_EQ(ANDROID_CONTROL_AF_TRIGGER_IDLE, afTrigger(settings));
+    EXPECT_EQ(0, mExt->lastAfTrigger());
+    EXPECT_TRUE(mLogs.contains("Send AfTriggerIdle To HAL"));
+
+    // Nothing pending any more: the next request goes as the app sent it.
+    EXPECT_FALSE(mExt->IsNewRequest(false, true));
+    CameraMetadata next = request();
+    prepare(next, 8);
+    EXPECT_EQ(ANDROID_CONTROL_AF_TRIGGER_START, afTrigger(next));
+}
+
+TEST_F(RequestHooksTest, AfTriggerRuleNeedsTheFlashSwitchAndWhatsApp) {
+    build("{\"feature_flash_enable\": false}", "com.whatsapp");
+    mExt->setLastAfTrigger(ANDROID_CONTROL_AF_TRIGGER_START);
+    EXPECT_FALSE(mExt->IsNewRequest(false, true));
+    CameraMetadata settings = request();
+    prepare(settings, 1);
+    EXPECT_EQ(ANDROID_CONTROL_AF_TRIGGER_START, afTrigger(settings));
+
+    build("{}", "com.whatsapp.beta");
+    mExt->setLastAfTrigger(ANDROID_CONTROL_AF_TRIGGER_START);
+    EXPECT_FALSE(mExt->IsNewRequest(false, true));
+    EXPECT_TRUE(mExt->IsNewRequest(true, false));
+}
+
+TEST_F(RequestHooksTest, DeviceStateTagIsRetriedUntilTheProviderKnowsIt) {
+    build("{\"feature_fold_enable\": true}", "com.example.app");
+    mExt->setDeviceState(5, false);
+    CameraMetadata first = request();
+    prepare(first, 1);
+    prepare(first, 2);
+    EXPECT_EQ(
+        2u,
+        mLogs.count(
+            "onPrepareHalRequestsUpdateMetadata: Unknown tag com.vantu.device.state, ignoring"));
+    EXPECT_TRUE(mLogs.contains("Process device state for 0x5 tag 0x0"));
+
+    ASSERT_TRUE(hostctl::installVendorTags(hostctl::libraryVendorTags(), kProvider, true, false));
+    uint32_t tag = 0;
+    ASSERT_TRUE(hostctl::lookupTag(kDeviceStateTag, kProvider, &tag, nullptr));
+    CameraMetadata second = request();
+    prepare(second, 3);
+    const camera_metadata_entry entry = second.find(tag);
+    ASSERT_EQ(1u, entry.count);
+    EXPECT_EQ(5, entry.data.i64[0]);
+
+    // Once resolved the id is kept, whatever the provider later declares.
+    hostctl::clearVendorTags();
+    mLogs.clear();
+    CameraMetadata third = request();
+    prepare(third, 4);
+    EXPECT_FALSE(mLogs.contains("Unknown tag com.vantu.device.state")) << mLogs.dump();
+}
+
+TEST_F(RequestHooksTest, DeviceStateChangeForcesOneRequestAndPrintsTheClearedTrigger) {
+    build("{\"feature_fold_enable\": true}", "com.example.app");
+    mExt->setDeviceState(0x12, true);
+    EXPECT_TRUE(mExt->IsNewRequest(false, false));
+    EXPECT_FALSE(mExt->deviceStateChanged());
+    EXPECT_TRUE(mLogs.contains("IsNewRequest: New request device state for 0x12 trigger 0"));
+    EXPECT_FALSE(mExt->IsNewRequest(false, true));
+
+    // The system camera follows the fold itself.
+    build("{\"feature_fold_enable\": true}", "com.vantu.camera");
+    mExt->setDeviceState(0x12, true);
+    EXPECT_FALSE(mExt->IsNewRequest(false, true));
+    EXPECT_TRUE(mExt->deviceStateChanged());
+}
+
+TEST_F(RequestHooksTest, LockedRequestIsLeftAloneAndStaysLocked) {
+    build("{\"feature_fold_enable\": true}", "com.facebook.orca");
+    ASSERT_TRUE(hostctl::installVendorTags(hostctl::libraryVendorTags(), kProvider, true, false));
+    CameraMetadata settings = request();
+    const uint8_t alwaysFlash = ANDROID_CONTROL_AE_MODE_ON_ALWAYS_FLASH;
+    settings.update(ANDROID_CONTROL_AE_MODE, &alwaysFlash, 1);
+    const camera_metadata_t* raw = settings.getAndLock();
+    for (uint32_t frame : {0u, 0xffffffffu})
+        mExt->onPrepareHalRequestsUpdateMetadata(settings, frame);
+    EXPECT_EQ(android::OK, settings.unlock(raw));
+    EXPECT_FALSE(settings.exists(ANDROID_FLASH_MODE));
+}
+
+TEST_F(RequestHooksTest, RequestWithoutAPacketTakesTheFixesItNeeds) {
+    build("{}", "com.whatsapp");
+    mExt->setLastAfTrigger(ANDROID_CONTROL_AF_TRIGGER_START);
+    CameraMetadata empty;
+    prepare(empty, 0);
+    EXPECT_EQ(ANDROID_CONTROL_AF_TRIGGER_IDLE, afTrigger(empty));
+    EXPECT_EQ(1u, empty.entryCount());
+}
+
+TEST_F(RequestHooksTest, RequestIsLeftLockedForTheServerToUnlock) {
+    build("{}", "com.example.app");
+    CameraMetadata settings = request();
+    mExt->onPrepareHalRequestsUpdateMetadata(settings, 1);
+    const uint8_t idle = ANDROID_CONTROL_AF_TRIGGER_IDLE;
+    EXPECT_NE(android::OK, settings.update(ANDROID_CONTROL_AF_TRIGGER, &idle, 1));
+    const camera_metadata_t* raw = settings.getAndLock();
+    EXPECT_EQ(android::OK, settings.unlock(raw));
+    EXPECT_EQ(android::OK, settings.update(ANDROID_CONTROL_AF_TRIGGER, &idle, 1));
+}
+
+TEST_F(RequestHooksTest, FrontTouchAeZeroesOnlyWhatAShortRegionHolds) {
+    build("{}", "com.example.app");
+    mExt->setCamera(1);
+    CameraMetadata settings = request();
+    const int32_t shortRegion[3] = {10, 20, 30};
+    settings.update(ANDROID_CONTROL_AE_REGIONS, shortRegion, 3);
+    mExt->touchAE(settings);
+    const camera_metadata_entry entry = settings.find(ANDROID_CONTROL_AE_REGIONS);
+    ASSERT_EQ(3u, entry.count);
+    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(0, entry.data.i32[i]);
+
+    // Two regions: only the first is cleared.
+    const int32_t regions[10] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+    settings.update(ANDROID_CONTROL_AE_REGIONS, regions, 10);
+    mExt->touchAE(settings);
+    const camera_metadata_entry two = settings.find(ANDROID_CONTROL_AE_REGIONS);
+    ASSERT_EQ(10u, two.count);
+    EXPECT_EQ(0, two.data.i32[4]);
+    EXPECT_EQ(6, two.data.i32[5]);
+    EXPECT_TRUE(mLogs.contains(
+        "com.example.app disable front camera touch AE function of 3rd APK for lahaina"));
+}
+
+TEST_F(RequestHooksTest, SessionTagWriterNamesTheTagWhereTheOperationIsExpected) {
+    build("{}", "com.example.app");
+    ASSERT_TRUE(hostctl::installVendorTags(hostctl::libraryVendorTags(), kProvider, true, false));
+    CameraMetadata params;
+    hostctl::setMetadataVendorId(&params, kProvider);
+    const camera_metadata_t* raw = params.getAndLock();
+    mExt->addRemovePackageName(params, kProvider, true);
+    mExt->addRemovePackageName(params, kProvider, false);
+    params.unlock(raw);
+    EXPECT_TRUE(mLogs.contains(
+        "com.vantu.packageName: metadata addRemovePackageName update fail! res = -38"))
+        << mLogs.dump();
+    EXPECT_TRUE(mLogs.contains("addRemovePackageName: metadata erase fail! res = -38"));
+    EXPECT_EQ(0u, params.entryCount());
+}
+
+TEST_F(RequestHooksTest, DescriptorLookupPrefersAGlobalDescriptorWithTags) {
+    uint32_t tag = 0;
+    EXPECT_FALSE(android::vantu::findVendorTag(kDeviceStateTag, kProvider, &tag));
+    ASSERT_TRUE(hostctl::installVendorTags({{kDeviceStateTag, TYPE_INT64}}, kProvider, true, false));
+    EXPECT_TRUE(android::vantu::findVendorTag(kDeviceStateTag, kProvider, &tag));
+    EXPECT_FALSE(android::vantu::findVendorTag(kDeviceStateTag, kProvider + 1, &tag));
+    // An empty global descriptor does not hide the provider's tags.
+    ASSERT_TRUE(hostctl::installVendorTags({}, kProvider + 1, false, true));
+    EXPECT_TRUE(android::vantu::findVendorTag(kDeviceStateTag, kProvider, &tag));
+    ASSERT_TRUE(hostctl::installVendorTags({{kDeviceStateTag, TYPE_INT64}}, 0, false, true));
+    EXPECT_TRUE(android::vantu::findVendorTag(kDeviceStateTag, kProvider + 1, &tag));
+}
+
+// The request thread classifies the package while a binder thread switches it: each request
+// sees one whole name, and the last switch is what the next request goes by.
+TEST_F(RequestHooksTest, PackageSwitchRacingTheRequestThread) {
+    build("{}", "com.example.app");
+    android::setExtLogSwitch(0);
+    std::thread binder([this] {
+        for (int i = 0; i < 2000; ++i) {
+            mExt->setCurrentPackageName(
+                android::String16(i % 2 ? "com.whatsapp" : "com.example.app"));
+        }
+        mExt->setCurrentPackageName(android::String16("com.facebook.orca"));
+    });
+    CameraMetadata settings = request();
+    for (uint32_t frame = 0; frame < 2000; ++frame) {
+        mExt->IsNewRequest(false, true);
+        prepare(settings, frame);
+    }
+    binder.join();
+    const uint8_t alwaysFlash = ANDROID_CONTROL_AE_MODE_ON_ALWAYS_FLASH;
+    settings.update(ANDROID_CONTROL_AE_MODE, &alwaysFlash, 1);
+    prepare(settings, 2000);
+    const camera_metadata_entry flash = settings.find(ANDROID_FLASH_MODE);
+    ASSERT_EQ(1u, flash.count);
+    EXPECT_EQ(ANDROID_FLASH_MODE_SINGLE, flash.data.u8[0]);
+}
+
+}  // namespace
