@@ -82,6 +82,4 @@ bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool) {
 
 void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata&, uint32_t) {}
 
-void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata*, String8) {}
-
 }  // namespace android

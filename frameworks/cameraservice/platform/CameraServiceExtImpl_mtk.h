@@ -24,6 +24,9 @@ public:
     // FreeDom disconnect is waited for.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
+    // Configuration thread: the family accepts IMPLEMENTATION_DEFINED and YV12 outputs.
+    bool isValidOutputStream(sp<camera3::Camera3OutputStreamInterface> stream) override;
+
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
     virtual bool IsNewRequestThermalTemp(bool force);
