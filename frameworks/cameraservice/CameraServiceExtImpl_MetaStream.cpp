@@ -216,16 +216,18 @@ void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* setting
 
 size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result,
                                              uint32_t frameNumber) {
+    // Its lines belong to the hook it serves.
+    static constexpr char kResultHook[] = "beforeMetadataSendToApp";
     const sp<camera3::Camera3OutputStreamInterface>& stream = info.mMetaStream;
     camera3::camera_stream_buffer buffer{};
     bool haveBuffer = false;
     {
         std::lock_guard<std::mutex> lock(*info.mLock);
         if (info.mMetaBufferList.empty()) {
-            if (EXT_LOG_ON()) EXT_LOG(1, "%s: mMetaBufferList is empty, try get one", __func__);
+            if (EXT_LOG_ON()) EXT_LOG(1, "%s: mMetaBufferList is empty, try get one", kResultHook);
             const status_t res = stream->getBuffer(&buffer, kMetaBufferWaitNs);
             if (res != OK) {
-                EXT_LOG(0, "%s: get meta buf error! %d", __func__, res);
+                EXT_LOG(0, "%s: get meta buf error! %d", kResultHook, res);
             } else {
                 haveBuffer = true;
             }
@@ -259,14 +261,14 @@ size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult
                                                           AHARDWAREBUFFER_USAGE_CPU_READ_OFTEN |
                                                               AHARDWAREBUFFER_USAGE_CPU_WRITE_OFTEN,
                                                           -1, nullptr, &address) != 0) {
-        EXT_LOG(0, "%s: lock meta buf error!", __func__);
+        EXT_LOG(0, "%s: lock meta buf error!", kResultHook);
     } else {
         const size_t capacity = static_cast<size_t>(width) * height * 3 / 2;
         const camera_metadata_t* source = result->mMetadata.getAndLock();
         camera_metadata_t* copy =
             source != nullptr ? copy_camera_metadata(address, capacity, source) : nullptr;
         if (copy == nullptr) {
-            EXT_LOG(0, "%s: copy meta buf error!", __func__);
+            EXT_LOG(0, "%s: copy meta buf error!", kResultHook);
         } else {
             size = get_camera_metadata_compact_size(copy);
             const uint32_t tag = mAPSRsultTag;
@@ -276,7 +278,7 @@ size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult
                          frameNumber);
                 stamped = true;
             } else {
-                EXT_LOG(0, "%s: mAPSRsultTag %d", __func__, static_cast<int>(tag));
+                EXT_LOG(0, "%s: mAPSRsultTag %d", kResultHook, static_cast<int>(tag));
             }
         }
         AHardwareBuffer_unlock(hardwareBuffer, nullptr);

@@ -269,25 +269,26 @@ void CameraServiceExtImpl::printAeAfTriggerForDebug(const camera_metadata* reque
 
 void CameraServiceExtImpl::printAeAfStateForDebug(CaptureResult* result, uint32_t frameNumber) {
     if (result == nullptr) return;
-    const camera_metadata_t* metadata = result->mMetadata.getAndLock();
-    uint8_t value = 0;
-    if (readByte(metadata, ANDROID_CONTROL_AE_STATE, &value)) {
-        if (const char* word = aeStateWord(value)) {
+    // Read through the const view: it needs no lock, so a caller's lock stays as it was.
+    const CameraMetadata& metadata = result->mMetadata;
+    camera_metadata_ro_entry_t entry = metadata.find(ANDROID_CONTROL_AE_STATE);
+    if (entry.count > 0 && entry.type == TYPE_BYTE) {
+        if (const char* word = aeStateWord(entry.data.u8[0])) {
             EXT_LOG(1, "%s: (frame num %u) Result had AE state 0x%x %s", __func__, frameNumber,
-                    value, word);
+                    entry.data.u8[0], word);
         }
     } else {
         EXT_LOG(1, "%s: (frame num %u) Result had no AE state", __func__, frameNumber);
     }
-    if (readByte(metadata, ANDROID_CONTROL_AF_STATE, &value)) {
-        if (const char* word = afStateWord(value)) {
+    entry = metadata.find(ANDROID_CONTROL_AF_STATE);
+    if (entry.count > 0 && entry.type == TYPE_BYTE) {
+        if (const char* word = afStateWord(entry.data.u8[0])) {
             EXT_LOG(1, "%s: (frame num %u) Result had AF state 0x%x %s", __func__, frameNumber,
-                    value, word);
+                    entry.data.u8[0], word);
         }
     } else {
         EXT_LOG(1, "%s: (frame num %u) Result had no AF state", __func__, frameNumber);
     }
-    result->mMetadata.unlock(metadata);
 }
 
 void CameraServiceExtImpl::forbid3rdPartyAppReconfigureStream(bool&) {}
