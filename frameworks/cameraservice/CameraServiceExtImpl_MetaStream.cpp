@@ -70,11 +70,13 @@ void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata& se
 
     const int id = cameraIdToInt(cameraId);
     sp<camera3::Camera3OutputStreamInterface> metaStream;
+    int metaKey = -1;
     for (int streamId : streams.getStreamIds()) {
         sp<camera3::Camera3OutputStreamInterface> stream = streams.get(streamId);
         if (stream != nullptr && stream->getWidth() == kMetaStreamWidth &&
             stream->getHeight() == kMetaStreamHeight) {
             metaStream = stream;
+            metaKey = streamId;
             break;
         }
     }
@@ -108,7 +110,7 @@ void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata& se
         EXT_LOG(1, "ignore meta stream(id: %d: add: %d) of 300 x 1024, mMetaStreamInfos.size: %d",
                 metaStreamId, added, static_cast<int>(mMetaStreamInfos.size()));
     }
-    streams.remove(metaStreamId);
+    streams.remove(metaKey);
 }
 
 void CameraServiceExtImpl::afterConfigureStreamsLocked(const CameraMetadata& sessionParams,
@@ -223,6 +225,8 @@ size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult
     bool haveBuffer = false;
     {
         std::lock_guard<std::mutex> lock(*info.mLock);
+        // A disabled record takes no further buffers; it stamps only what it already holds.
+        if (info.mMetaBufferList.empty() && info.mDisabled) return 0;
         if (info.mMetaBufferList.empty()) {
             if (EXT_LOG_ON()) EXT_LOG(1, "%s: mMetaBufferList is empty, try get one", kResultHook);
             const status_t res = stream->getBuffer(&buffer, kMetaBufferWaitNs);
