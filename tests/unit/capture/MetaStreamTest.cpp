@@ -1,5 +1,6 @@
 // The meta stream's record, buffer counts and failure paths, through the configuration, request
 // and result hooks.
+#include <thread>
 #include <vector>
 
 #include "CaptureTestSupport.h"
@@ -171,6 +172,33 @@ TEST_F(MetaStreamTest, CountdownHoldsTheFirstTwoReadyResults) {
     states.addInFlightRequest(9, reprocess);
     android::CaptureResult r = result(9);
     EXPECT_FALSE(mExt->beforeMetadataSendToApp(&r, 9, states.states()));
+}
+
+// The request thread feeds the list while the result thread drains it: every buffer taken is
+// either stamped and delivered or still listed, none is lost or handed out twice.
+TEST_F(MetaStreamTest, RequestAndResultThreadsShareTheListSafely) {
+    configureMetaStream();
+    int client = 0;
+    mExt->afterEndConfigure(android::CameraMetadata(), &client, capturetest::kProvider,
+                            String8("0"));
+    android::setExtLogSwitch(0);
+    hostctl::HostCaptureOutputStates states("0");
+    constexpr uint32_t kFrames = 300;
+    std::thread requests([&] {
+        for (uint32_t i = 0; i < kFrames; ++i) request();
+    });
+    std::thread results([&] {
+        for (uint32_t frame = 1; frame <= kFrames; ++frame) {
+            android::CaptureResult r = result(frame);
+            mExt->beforeMetadataSendToApp(&r, frame, states.states());
+        }
+    });
+    requests.join();
+    results.join();
+    size_t stamped = 0;
+    for (const auto& d : mMeta->delivered()) stamped += d.error ? 0 : 1;
+    EXPECT_EQ(mMeta->delivered().size(), stamped);
+    EXPECT_EQ(mMeta->getOutstandingBuffersCount(), listed());
 }
 
 TEST(MetaBufferQueueTest, KeepsOrderAcrossWrapAndGrowth) {
