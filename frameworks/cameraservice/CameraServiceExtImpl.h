@@ -35,6 +35,7 @@
 #include <memory>
 #include <mutex>
 #include <set>
+#include <vector>
 
 #include "ICameraServiceExt.h"
 #include "features/aps/APSInterface.h"
@@ -50,12 +51,31 @@ namespace android {
 // Camera ids 0..21 have a client slot and a per-camera record.
 constexpr int kMaxCameraSlots = 22;
 
+// Meta buffers taken from the stream and not yet filled, oldest first. A ring over storage
+// reserved when the record is made, so the request and result threads allocate nothing per
+// frame; it grows only if the stream hands out more buffers than it was configured for.
+class MetaBufferQueue {
+public:
+    bool empty() const { return mCount == 0; }
+    size_t size() const { return mCount; }
+    void reserve(size_t capacity);
+    void push_back(const camera3::camera_stream_buffer& buffer);
+    // The oldest buffer; the queue must not be empty.
+    const camera3::camera_stream_buffer& front() const { return mSlots[mHead]; }
+    void pop_front();
+    void clear() { mHead = mCount = 0; }
+
+private:
+    std::vector<camera3::camera_stream_buffer> mSlots;
+    size_t mHead = 0;
+    size_t mCount = 0;
+};
+
 // The meta stream of one camera: taken out of the HAL configuration, configured by the library
 // and fed with buffers as requests go out.
 struct MetaStreamInfo {
     sp<camera3::Camera3OutputStreamInterface> mMetaStream;
-    // Buffers taken from the stream and not yet filled, oldest first.
-    std::list<camera3::camera_stream_buffer> mMetaBufferList;
+    MetaBufferQueue mMetaBufferList;
     bool mDisabled = false;
     // Results still to be treated as not ready after a configuration.
     int32_t mCountdown = 2;
@@ -199,6 +219,13 @@ public:
     // False when the camera has no meta stream.
     bool returnMetaBuffer(int cameraId, int count);
 
+protected:
+    // Result thread: copies `result` into the camera's oldest meta buffer, stamped with
+    // `frameNumber`, and hands the buffer to the stream's consumer. Returns the copy's compact
+    // size (0 when nothing was copied).
+    size_t stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result, uint32_t frameNumber);
+
+public:
     // ---- Result adjustment (CameraServiceExtImpl_Results.cpp) ----
     bool beforeMetadataSendToApp(CaptureResult* result, uint32_t frameNumber,
                                  camera3::CaptureOutputStates& states) override;
@@ -211,6 +238,18 @@ public:
                                        uint32_t frameNumber) override;
     void printAeAfTriggerForDebug(const camera_metadata* request, uint32_t frameNumber);
     void printAeAfStateForDebug(CaptureResult* result, uint32_t frameNumber);
+
+    // ---- Frame-processing engine (CameraServiceExtImpl_FrameProcessing.cpp) ----
+private:
+    // Configuration thread: the engine of the previous configuration goes before the streams
+    // change, and a new one is set up once they are configured.
+    void releaseAPSEngine();
+    void setUpAPSEngine();
+
+public:
+    // ---- Pop-up camera flash (CameraServiceExtImpl_Motor.cpp) ----
+    // Request thread, after each batch: drives the pop-up module's flash from the settings.
+    void applyMotorRequestRules(const camera_metadata* settings, const String8& cameraId);
 
     // ---- Characteristics (CameraServiceExtImpl_Characteristics.cpp) ----
     status_t getCameraCharacteristics(const String16& cameraId, CameraMetadata* info) override;

@@ -235,6 +235,4 @@ void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& re
     UpdateParamForSpecial3rdIssue(request.getAndLock(), frameNumber);
 }
 
-void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata*, String8) {}
-
 }  // namespace android

@@ -69,6 +69,14 @@ bool CameraServiceExtImpl_mtk::IsNewRequest(bool newRequest, bool flag) {
     return newRequest;
 }
 
+bool CameraServiceExtImpl_mtk::isValidOutputStream(sp<camera3::Camera3OutputStreamInterface> stream) {
+    constexpr int kFormatImplementationDefined = 34;
+    constexpr int kFormatYv12 = 0x32315659;
+    if (stream == nullptr) return false;
+    const int format = stream->getFormat();
+    return format == kFormatImplementationDefined || format == kFormatYv12;
+}
+
 bool CameraServiceExtImpl_mtk::IsNewRequestThermalTemp(bool force) {
     return force;
 }

@@ -29,6 +29,8 @@ public:
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
     // The base answer, else the thermal sampling's while temperatures are enabled.
     bool IsNewRequest(bool newRequest, bool flag) override;
+    // Configuration thread: the family accepts IMPLEMENTATION_DEFINED and YV12 outputs.
+    bool isValidOutputStream(sp<camera3::Camera3OutputStreamInterface> stream) override;
 
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).

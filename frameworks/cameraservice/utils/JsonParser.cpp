@@ -274,6 +274,26 @@ void JsonParser::getStringArray(const char* key, const char* package,
         out);
 }
 
+bool JsonParser::stringArrayHas(const char* key, const char* package, const char* value) const {
+    json_object* array = candidate("getStringArray", key, package, json_type_array);
+    if (array == nullptr) return false;
+    const size_t valueLength = strlen(value);
+    const size_t count = json_object_array_length(array);
+    for (size_t i = 0; i < count; ++i) {
+        json_object* element = json_object_array_get_idx(array, i);
+        if (json_object_get_type(element) != json_type_string) {
+            EXT_LOG(0, "%s(%s, %s) array type is error", "getStringArray", packageText(package),
+                    key);
+            continue;
+        }
+        if (static_cast<size_t>(json_object_get_string_len(element)) == valueLength &&
+            memcmp(json_object_get_string(element), value, valueLength) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // ---- The current parser and package of the process ----
 
 namespace {
@@ -397,12 +417,8 @@ void getStringArray(const char* key, std::vector<std::string>& out, const char* 
 
 bool stringArrayHas(const char* key, const char* value, const char* package) {
     if (value == nullptr) return false;
-    std::vector<std::string> list;
-    getStringArray(key, list, package);
-    for (const std::string& entry : list) {
-        if (entry == value) return true;
-    }
-    return false;
+    JsonParser* parser = currentParser();
+    return parser != nullptr && parser->stringArrayHas(key, packageOrCurrent(package), value);
 }
 
 }  // namespace android

@@ -44,6 +44,9 @@ public:
     void getIntArray(const char* key, const char* package, std::vector<int>& out) const;
     void getDoubleArray(const char* key, const char* package, std::vector<double>& out) const;
     void getStringArray(const char* key, const char* package, std::vector<std::string>& out) const;
+    // True when the string list holds `value` as a whole entry; copies nothing, so per-frame
+    // hooks may ask.
+    bool stringArrayHas(const char* key, const char* package, const char* value) const;
 
     // Where a key's value for a package comes from, as the getters decide it.
     enum class Origin {

@@ -1,13 +1,19 @@
-// AHardwareBuffer for the host: buffers in process memory with gralloc's linear layouts.
+// AHardwareBuffer for the host: buffers in process memory with gralloc's linear layouts. Each
+// buffer has a native handle that names it, so the handle of a stream buffer leads back to it
+// as gralloc's mapper does on a phone.
 #include <android/hardware_buffer.h>
 #include <errno.h>
 #include <poll.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
+#include <vndk/hardware_buffer.h>
 
 #include <atomic>
 #include <mutex>
+#include <unordered_map>
+
+#include "hostctl/HostHardwareBuffers.h"
 
 struct AHardwareBuffer {
     AHardwareBuffer_Desc desc;
@@ -17,9 +23,22 @@ struct AHardwareBuffer {
     std::atomic<int32_t> refs;
     std::mutex lock;
     int32_t lockCount;
+    native_handle_t* handle;
+    std::atomic<bool> failLocks;
 };
 
 namespace {
+
+// The ints of a host buffer's native handle: a marker, then the buffer id in two halves.
+constexpr int kHandleMarker = 0x41484231;  // "AHB1"
+constexpr int kHandleInts = 3;
+
+// Live buffers by id, for AHardwareBuffer_createFromHandle.
+std::mutex gRegistryLock;
+std::unordered_map<uint64_t, AHardwareBuffer*>& registry() {
+    static auto* buffers = new std::unordered_map<uint64_t, AHardwareBuffer*>();
+    return *buffers;
+}
 
 constexpr uint32_t kFormatYCrCb420Sp = 0x11;             // HAL_PIXEL_FORMAT_YCrCb_420_SP (NV21)
 constexpr uint32_t kFormatImplementationDefined = 0x22;  // camera streams' private format
@@ -114,6 +133,7 @@ int beginLock(AHardwareBuffer* buffer, uint64_t usage, int32_t fence, const ARec
          static_cast<uint32_t>(rect->bottom) > buffer->desc.height)) {
         return -EINVAL;
     }
+    if (buffer->failLocks.load(std::memory_order_relaxed)) return -EINVAL;
     std::lock_guard<std::mutex> g(buffer->lock);
     ++buffer->lockCount;
     return 0;
@@ -145,6 +165,20 @@ int AHardwareBuffer_allocate(const AHardwareBuffer_Desc* desc, AHardwareBuffer**
     buffer->data = data;
     buffer->refs.store(1);
     buffer->lockCount = 0;
+    buffer->failLocks.store(false);
+    buffer->handle = native_handle_create(0, kHandleInts);
+    if (buffer->handle == nullptr) {
+        free(data);
+        delete buffer;
+        return -ENOMEM;
+    }
+    buffer->handle->data[0] = kHandleMarker;
+    buffer->handle->data[1] = static_cast<int>(buffer->id & 0xffffffffu);
+    buffer->handle->data[2] = static_cast<int>(buffer->id >> 32);
+    {
+        std::lock_guard<std::mutex> g(gRegistryLock);
+        registry()[buffer->id] = buffer;
+    }
     *outBuffer = buffer;
     return 0;
 }
@@ -155,10 +189,39 @@ void AHardwareBuffer_acquire(AHardwareBuffer* buffer) {
 
 void AHardwareBuffer_release(AHardwareBuffer* buffer) {
     if (buffer == nullptr) return;
-    if (buffer->refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-        free(buffer->data);
-        delete buffer;
+    // Under the registry lock, so that createFromHandle never revives a buffer being freed.
+    {
+        std::lock_guard<std::mutex> g(gRegistryLock);
+        if (buffer->refs.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+        registry().erase(buffer->id);
     }
+    native_handle_delete(buffer->handle);
+    free(buffer->data);
+    delete buffer;
+}
+
+const native_handle_t* AHardwareBuffer_getNativeHandle(const AHardwareBuffer* buffer) {
+    return buffer != nullptr ? buffer->handle : nullptr;
+}
+
+int AHardwareBuffer_createFromHandle(const AHardwareBuffer_Desc* desc, const native_handle_t* handle,
+                                     int32_t method, AHardwareBuffer** outBuffer) {
+    if (outBuffer == nullptr) return -EINVAL;
+    *outBuffer = nullptr;
+    if (desc == nullptr || handle == nullptr || handle->numFds != 0 ||
+        handle->numInts < kHandleInts || handle->data[0] != kHandleMarker ||
+        (method != AHARDWAREBUFFER_CREATE_FROM_HANDLE_METHOD_REGISTER &&
+         method != AHARDWAREBUFFER_CREATE_FROM_HANDLE_METHOD_CLONE)) {
+        return -EINVAL;
+    }
+    const uint64_t id = static_cast<uint32_t>(handle->data[1]) |
+                        (static_cast<uint64_t>(static_cast<uint32_t>(handle->data[2])) << 32);
+    std::lock_guard<std::mutex> g(gRegistryLock);
+    auto it = registry().find(id);
+    if (it == registry().end()) return -EINVAL;
+    it->second->refs.fetch_add(1, std::memory_order_relaxed);
+    *outBuffer = it->second;
+    return 0;
 }
 
 void AHardwareBuffer_describe(const AHardwareBuffer* buffer, AHardwareBuffer_Desc* outDesc) {
@@ -259,3 +322,15 @@ int AHardwareBuffer_getId(const AHardwareBuffer* buffer, uint64_t* outId) {
 }
 
 }  // extern "C"
+
+namespace hostctl {
+
+void setHardwareBufferLockFails(AHardwareBuffer* buffer, bool fail) {
+    if (buffer != nullptr) buffer->failLocks.store(fail, std::memory_order_relaxed);
+}
+
+size_t hardwareBufferBytes(const AHardwareBuffer* buffer) {
+    return buffer != nullptr ? buffer->size : 0;
+}
+
+}  // namespace hostctl

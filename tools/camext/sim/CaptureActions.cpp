@@ -1,5 +1,8 @@
 // The capture pipeline as the server drives it: stream configuration around the hardware
 // configuration, each request before it goes to the hardware, each result before the app.
+#include <hostctl/HostHardwareBuffers.h>
+#include <string.h>
+#include <system/camera_metadata.h>
 #include <utils/String8.h>
 
 #include "sim/Actions.h"
@@ -43,6 +46,52 @@ Json statusJson(const android::binder::Status& status) {
     return Json::object({{"exception", status.exceptionCode()}});
 }
 
+// Deliveries each stream of the camera had made, to find the ones a step adds.
+std::map<int, size_t> deliveryCounts(const CameraState& cam) {
+    std::map<int, size_t> counts;
+    for (const auto& s : cam.streams) counts[s.first] = s.second->delivered().size();
+    return counts;
+}
+
+// The text in the "com.vantu.aps.result.data" entry of a metadata copy held in `bytes`; false
+// when the bytes hold no valid metadata or no such entry.
+bool stampedText(const TagSpace& tags, std::vector<uint8_t>& bytes, std::string* text) {
+    uint32_t tag = 0;
+    int type = 0;
+    std::string why;
+    if (bytes.empty() || !findTag(tags, "com.vantu.aps.result.data", &tag, &type, &why)) {
+        return false;
+    }
+    size_t size = bytes.size();
+    auto* md = reinterpret_cast<camera_metadata_t*>(bytes.data());
+    if (validate_camera_metadata_structure(md, &size) != 0) return false;
+    camera_metadata_ro_entry_t entry{};
+    if (find_camera_metadata_ro_entry(md, tag, &entry) != 0 || entry.type != TYPE_BYTE) {
+        return false;
+    }
+    const char* chars = reinterpret_cast<const char*>(entry.data.u8);
+    text->assign(chars, strnlen(chars, entry.count));
+    return true;
+}
+
+// Files, as "meta_buffers" effects, the texts stamped into the buffers that the camera's streams
+// delivered to their consumer since `counts` was taken.
+void recordMetaBuffers(Session& session, StepRun& run, const CameraState& cam,
+                       const std::map<int, size_t>& counts) {
+    for (const auto& s : cam.streams) {
+        const auto delivered = s.second->delivered();
+        auto it = counts.find(s.first);
+        for (size_t i = it == counts.end() ? 0 : it->second; i < delivered.size(); ++i) {
+            if (delivered[i].error) continue;
+            std::vector<uint8_t> bytes = s.second->bufferContents(delivered[i].index);
+            std::string text;
+            if (stampedText(session.host().tags, bytes, &text)) {
+                run.effect("meta_buffers", Json(text));
+            }
+        }
+    }
+}
+
 void recordMetadata(Session& session, StepRun& run, const Json& before, const Json& after) {
     run.metadataChanges = diffEntries(session.host().tags, before, after);
     run.metadataEntry = [after](const std::string& tag) { return after[tag]; };
@@ -73,6 +122,8 @@ void actConfigure(Session& session, StepRun& run) {
         }
         if (s.has("usage")) config.usage = static_cast<uint64_t>(s["usage"].asInt());
         sp<hostctl::HostOutputStream> stream = new hostctl::HostOutputStream(config);
+        // Stream buffers are hardware buffers, as on a phone; "lockFails" makes them unmappable.
+        stream->setBufferAllocator(hostctl::hardwareBufferAllocator(s["lockFails"].asBool()));
         made[config.id] = stream;
         streams.add(config.id, stream);
     }
@@ -157,7 +208,8 @@ void actResult(Session& session, StepRun& run) {
     if (cam == nullptr) return;
     const Json& a = run.step.args;
     const uint32_t frame = static_cast<uint32_t>(a["frame"].asInt());
-    const bool inflight = a.has("inflight") ? a["inflight"].asBool() : true;
+    const bool inflight =
+        a.has("inflight") ? !a["inflight"].isBool() || a["inflight"].asBool() : true;
     if (cam->results == nullptr) {
         hostctl::HostCaptureOutputStates::Options options;
         options.vendorTagId = host.tags.vendorId;
@@ -170,9 +222,18 @@ void actResult(Session& session, StepRun& run) {
     if (!fill(session, run, a["metadata"], &result.mMetadata)) return;
     result.mResultExtras.frameNumber = frame;
     const Json before = readEntries(host.tags, result.mMetadata);
-    if (inflight) cam->results->addInFlightRequest(frame, android::camera3::InFlightRequest());
+    if (inflight) {
+        android::camera3::InFlightRequest request;
+        const Json& flags = a["inflight"];
+        request.hasInputBuffer = flags["hasInputBuffer"].asBool();
+        request.stillCapture = flags["stillCapture"].asBool();
+        request.zslCapture = flags["zslCapture"].asBool();
+        cam->results->addInFlightRequest(frame, request);
+    }
 
+    const std::map<int, size_t> counts = deliveryCounts(*cam);
     const bool deliver = host.ext->beforeMetadataSendToApp(&result, frame, cam->results->states());
+    recordMetaBuffers(session, run, *cam, counts);
     run.call("beforeMetadataSendToApp(result, " + std::to_string(frame) + ", states" +
              (inflight ? " with" : " without") +
              " an in-flight request) = " + (deliver ? "true" : "false"));

@@ -108,6 +108,9 @@ std::vector<Verdict> checkExpectations(const Json& expect, const StepRun& run,
             checkEntries("session_params_seen_by_hal", want, run.halSessionEntry, &out);
         } else if (key == "hal_streams") {
             out.push_back({key, run.halStreams == want, want, run.halStreams});
+        } else if (key == "streams") {
+            const Json actual = run.streams.isObject() ? run.streams["after"] : Json();
+            out.push_back({key, actual == want, want, actual});
         } else if (key == "log" || key == "log_absent") {
             const bool present = key == "log";
             for (const auto& needle : want.items()) {
@@ -127,7 +130,8 @@ std::vector<Verdict> checkExpectations(const Json& expect, const StepRun& run,
                 out.push_back({"services " + s.first, actual == s.second, s.second, actual});
             }
         } else {
-            // motor, torch_status, aon_callbacks, client_events: exactly these, in order.
+            // motor, torch_status, aon_callbacks, client_events, meta_buffers: exactly these, in
+            // order.
             Json actual = run.effects.has(key) ? run.effects[key] : Json::array();
             out.push_back({key, actual == want, want, actual});
         }

@@ -106,7 +106,10 @@ void Parser::action(const std::string& name, const Json& v, const Json& stepObj,
                 const std::string p = indexPath(sp, i);
                 if (!want(s, Json::Type::Object, p)) continue;
                 onlyKeys(s, p,
-                         {"id", "width", "height", "format", "dataSpace", "usage", "rotation"});
+                         {"id", "width", "height", "format", "dataSpace", "usage", "rotation",
+                          "lockFails"});
+                if (s.has("lockFails"))
+                    want(s["lockFails"], Json::Type::Bool, memberPath(p, "lockFails"));
                 for (const char* k : {"id", "width", "height"}) {
                     if (require(s, k, p)) wantInt(s[k], memberPath(p, k), 0, kInt32Max);
                 }
@@ -132,7 +135,15 @@ void Parser::action(const std::string& name, const Json& v, const Json& stepObj,
         cameraKey();
         intKey("frame", 0, 0xffffffffLL);
         if (v.has("metadata")) metadata(v["metadata"], memberPath(path, "metadata"), false);
-        boolKey("inflight");
+        // true/false, or the in-flight request's flags by name.
+        if (v.has("inflight") && !v["inflight"].isBool()) {
+            const std::string p = memberPath(path, "inflight");
+            if (want(v["inflight"], Json::Type::Object, p)) {
+                onlyKeys(v["inflight"], p, {"hasInputBuffer", "stillCapture", "zslCapture"});
+                for (const auto& m : v["inflight"].members())
+                    want(m.second, Json::Type::Bool, memberPath(p, m.first));
+            }
+        }
     } else if (name == "characteristics") {
         object({"camera", "package"}, {"camera"});
         cameraKey();
@@ -249,7 +260,7 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
     onlyKeys(v, path,
              {"return", "reply", "properties", "metadata", "session_params_seen_by_hal",
               "hal_streams", "log", "log_absent", "motor", "torch_status", "aon_callbacks",
-              "client_events", "services"});
+              "client_events", "services", "streams", "meta_buffers"});
     auto onlyFor = [&](const char* key, std::set<std::string> actions) {
         if (v.has(key) && !actions.count(action)) {
             std::string list;
@@ -263,6 +274,7 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
     onlyFor("metadata", {"configure", "request", "result", "characteristics", "hook"});
     onlyFor("session_params_seen_by_hal", {"configure"});
     onlyFor("hal_streams", {"configure"});
+    onlyFor("streams", {"configure"});
 
     if (v.has("return")) {
         const Json& r = v["return"];
@@ -302,15 +314,15 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
         metadata(v["session_params_seen_by_hal"], memberPath(path, "session_params_seen_by_hal"),
                  true);
     }
-    if (v.has("hal_streams")) {
-        const std::string p = memberPath(path, "hal_streams");
-        if (want(v["hal_streams"], Json::Type::Array, p)) {
-            for (size_t i = 0; i < v["hal_streams"].size(); ++i) {
-                wantInt(v["hal_streams"].items()[i], indexPath(p, i), 0, kInt32Max);
+    for (const char* key : {"hal_streams", "streams"}) {
+        const std::string p = memberPath(path, key);
+        if (v.has(key) && want(v[key], Json::Type::Array, p)) {
+            for (size_t i = 0; i < v[key].size(); ++i) {
+                wantInt(v[key].items()[i], indexPath(p, i), 0, kInt32Max);
             }
         }
     }
-    for (const char* key : {"log", "log_absent", "aon_callbacks", "client_events"}) {
+    for (const char* key : {"log", "log_absent", "aon_callbacks", "client_events", "meta_buffers"}) {
         if (v.has(key)) stringList(v[key], memberPath(path, key));
     }
     if (v.has("motor")) want(v["motor"], Json::Type::Array, memberPath(path, "motor"));

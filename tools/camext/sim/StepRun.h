@@ -33,6 +33,7 @@ struct StepRun {
     // Stream ids before the library and as they reached the hardware configuration.
     Json streams;
     // Side effects by kind: "motor", "torch_status", "aon_callbacks", "client_events",
+    // "meta_buffers",
     // "services": {name: [...]}, each a list in the order they happened.
     Json effects = Json::object();
     std::vector<LogLine> log;

@@ -26,6 +26,8 @@ bool MagnecticSensorManager::isTorchIntensityChanged() {
     return false;
 }
 
+void MagnecticSensorManager::updateParams(const CameraMetadata&, int, int) {}
+
 void MagnecticSensorManager::init(const String8&) {}
 
 void MagnecticSensorManager::uninit(int) {}

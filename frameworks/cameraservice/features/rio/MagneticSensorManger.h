@@ -36,6 +36,8 @@ public:
     void setTorchIntensity(CameraMetadata& request, uint32_t requestCount);
     void checkNeedEnableMagneticSensor();
     bool isTorchIntensityChanged();
+    // Configuration thread, before the streams go to the HAL: the sensor follows the session.
+    void updateParams(const CameraMetadata& sessionParams, int cameraId, int operatingMode);
     // A client of `apkName` connected: whether it may use the accessory torch.
     void init(const String8& apkName);
     // The client of `cameraId` left: the sensor stops for a front camera.
