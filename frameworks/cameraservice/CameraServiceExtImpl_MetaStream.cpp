@@ -7,8 +7,16 @@
 
 namespace android {
 
-void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata&, size_t, String8,
-                                                        camera3::StreamSet&, int) {}
+void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata& sessionParams, size_t,
+                                                        String8 cameraId, camera3::StreamSet&,
+                                                        int operatingMode) {
+    if (mMagneticSensorManager != nullptr) {
+        mMagneticSensorManager->updateParams(sessionParams, cameraIdToInt(cameraId), operatingMode);
+    }
+    if (mMotorManager != nullptr) {
+        mMotorManager->handleMotor(false, MotorManager::CMD_UP, 0, cameraId, currentPackageName());
+    }
+}
 
 void CameraServiceExtImpl::afterConfigureStreamsLocked(const CameraMetadata&, size_t,
                                                        const CameraMetadata&, camera3::StreamSet&,

@@ -77,11 +77,18 @@ binder::Status CameraServiceExtImpl::afterEndConfigure(const CameraMetadata& ses
 }
 
 bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool) {
-    return newRequest;
+    checkNeedEnableMagneticSensor();
+    return newRequest || isTorchIntensityChanged();
 }
 
-void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata&, uint32_t) {}
+void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
+                                                              uint32_t frameNumber) {
+    setTorchIntensity(request, frameNumber);
+}
 
-void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata*, String8) {}
+void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* settings,
+                                                  String8 cameraId) {
+    applyMotorRequestRules(settings, cameraId);
+}
 
 }  // namespace android

@@ -6,8 +6,9 @@
 
 namespace android {
 
-bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult*, uint32_t,
+bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32_t,
                                                    camera3::CaptureOutputStates&) {
+    if (result != nullptr) parseResult(result->mMetadata);
     return false;
 }
 
