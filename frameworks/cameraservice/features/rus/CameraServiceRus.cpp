@@ -98,18 +98,16 @@ bool CameraServiceRus::getMotorCtrlList(xmlDoc* doc, const xmlNode* root,
 
 bool CameraServiceRus::getIsoIntensityList(xmlDoc* doc, const xmlNode* root,
                                            std::vector<int32_t>* map) {
-    char iso[kValueSize];
-    char low[kValueSize];
-    char high[kValueSize];
+    static constexpr const char* kColumns[] = {"IsoValue", "LowLevel", "HighLevel"};
+    char value[kValueSize];
     for (const xmlNode* node = findElement(firstChildElement(root), "IsoIntensityList");
          node != nullptr; node = findElement(nextElement(node), "IsoIntensityList")) {
-        if (!fetchValue(doc, node, "IsoValue", iso) || !fetchValue(doc, node, "LowLevel", low) ||
-            !fetchValue(doc, node, "HighLevel", high)) {
-            return false;
+        // Values are appended as they are fetched, so a row cut short leaves a table that is
+        // not whole rows, which the torch does not use.
+        for (const char* column : kColumns) {
+            if (!fetchValue(doc, node, column, value)) return false;
+            map->push_back(atoi(value));
         }
-        map->push_back(atoi(iso));
-        map->push_back(atoi(low));
-        map->push_back(atoi(high));
     }
     return true;
 }

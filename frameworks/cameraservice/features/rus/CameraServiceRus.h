@@ -69,7 +69,8 @@ public:
                                  std::vector<MotorCtrlEntry>* entries);
 
     // The ISO table: IsoValue, LowLevel and HighLevel of every "IsoIntensityList" element,
-    // converted with atoi, three integers per element. False when an element lacks one of them.
+    // converted with atoi, three integers per element. False when an element lacks one of them;
+    // the values fetched before it stay in `map`.
     static bool getIsoIntensityList(xmlDoc* doc, const xmlNode* root, std::vector<int32_t>* map);
 };
 
