@@ -32,6 +32,9 @@ public:
     // call; the extension object (`owner`) takes it once at construction and holds it for the
     // life of the process.
     static sp<MagnecticSensorManager> getInstance(CameraServiceExtImpl* owner);
+    // A manager of its own, outside the process-wide one (tests and tools). Without an owner it
+    // knows no current camera and resolves tags without a vendor id.
+    explicit MagnecticSensorManager(CameraServiceExtImpl* owner = nullptr);
 
     // Reached through the extension's hooks of the same names.
     status_t addListener(const sp<hardware::ICameraServiceListener>& listener);
@@ -86,7 +89,6 @@ public:
     const sp<MagneticSensor>& sensor() const { return mSensor; }
 
 private:
-    explicit MagnecticSensorManager(CameraServiceExtImpl* owner);
     uint64_t vendorId() const;
     bool inWhiteList(const char* packageName);
     bool whiteListEmpty();
