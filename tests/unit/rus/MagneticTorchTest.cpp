@@ -106,7 +106,8 @@ TEST_F(MagneticTorchTest, UpdateInfoMustNameThisBuild) {
     EXPECT_FALSE(download(isoList({{-1, 1, 2}}), "md5:0,version:1690000000,state:1\n"));
     EXPECT_FALSE(download(isoList({{-1, 1, 2}}), "version:1690000000,state:1\n"));
     EXPECT_FALSE(download(isoList({{-1, 1, 2}}), "version:16900000001,md5:0,state:1\n"));
-    EXPECT_TRUE(download(isoList({{-1, 1, 2}}), "version:1690000000,md5:0,state:1"));
+    EXPECT_FALSE(download(isoList({{-1, 1, 2}}), "version:1690000000,md5:0,state:1"));
+    EXPECT_TRUE(download(isoList({{-1, 1, 2}}), "version:1690000000,md5:0,state:1\r\n"));
     EXPECT_FALSE(
         download(isoList({{-1, 1, 2}}), "version:" + std::string(200, '1') + ",md5:0,state:1\n"));
 }

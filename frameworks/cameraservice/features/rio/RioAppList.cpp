@@ -39,8 +39,8 @@ bool MagnecticSensorManager::isNeedUpdateRIOWhiteList() {
         if (EXT_LOG_ON()) EXT_LOG(1, "[RIO-Torch] Error opening  %s\n", kUpdateInfoPath);
         return false;
     }
-    // The first line: "version:<text>,md5:<32 hex digits>,state:<digit>". A longer line is cut
-    // at the buffer; its markers must then sit in the part read.
+    // The first line: "version:<text>,md5:<32 hex digits>,state:<digit>" and a newline; the
+    // layout beyond the order of the markers is this file's own.
     char line[128] = {0};
     const bool read = fgets(line, sizeof(line), file) != nullptr;
     fclose(file);
@@ -56,7 +56,10 @@ bool MagnecticSensorManager::isNeedUpdateRIOWhiteList() {
         if (EXT_LOG_ON()) EXT_LOG(1, "[RIO-Torch] can not find md5");
         return false;
     }
-    if (strstr(md5, "state:") == nullptr) {
+    // The line ends in a newline; without one the state field is incomplete (a download cut
+    // short, or a line longer than the buffer).
+    const char* state = strstr(md5, "state:");
+    if (state == nullptr || strchr(state, '\n') == nullptr) {
         if (EXT_LOG_ON()) EXT_LOG(1, "[RIO-Torch] can not find state");
         return false;
     }
