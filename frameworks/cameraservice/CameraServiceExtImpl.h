@@ -356,6 +356,15 @@ public:
     // The package and activity of the client being served ("NULL" when none).
     String8 currentPackageName() const;
     String8 currentActivityName() const;
+    // The camera id of the last accepted connect (-1 before any) and the camera provider's
+    // vendor id (-1 when none), for the feature managers.
+    int32_t getLastCameraId() const { return mLastCameraId; }
+    uint64_t getVendorId() const { return mVendorId; }
+
+    // ---- Pop-up motor (CameraServiceExtImpl_Motor.cpp) ----
+    // The motor commands a capture request calls for: raising the module for the front camera,
+    // lowering it once the front camera stopped, and the module flash.
+    void applyMotorRequestRules(const camera_metadata* settings, const String8& cameraId);
 
     // ---- Client slots (CameraServiceExtImpl.cpp) ----
     // True for the camera ids that have a slot (0..21).

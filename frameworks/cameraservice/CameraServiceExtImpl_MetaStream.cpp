@@ -67,6 +67,10 @@ void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata& se
     if (mMagneticSensorManager != nullptr) {
         mMagneticSensorManager->updateParams(sessionParams, cameraIdToInt(cameraId), operatingMode);
     }
+    // A listed app's pop-up module is raised once its streams are configured.
+    if (mMotorManager != nullptr) {
+        mMotorManager->handleMotor(false, MotorManager::CMD_UP, 0, cameraId, currentPackageName());
+    }
 
     const int id = cameraIdToInt(cameraId);
     sp<camera3::Camera3OutputStreamInterface> metaStream;

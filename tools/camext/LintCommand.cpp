@@ -17,6 +17,7 @@
 #include "Commands.h"
 #include "ConfigLint.h"
 #include "ConfigScanner.h"
+#include "ListLint.h"
 
 namespace camext {
 
@@ -29,6 +30,9 @@ void lintUsage(FILE* out) {
             "  unknown keys (with the nearest known key), values of a type the key's getter\n"
             "  refuses, nulls, nested objects, wrong array elements, sections that are not\n"
             "  objects and duplicate keys, which json-c silently drops.\n"
+            "  The downloadable lists are checked too: an XML list (root filter-conf) for its\n"
+            "  version, rows with missing children, ISO rows and package names; a file named\n"
+            "  updateInfo for the version, md5 and state markers of its first line.\n"
             "  Exit status: 0 clean or warnings only, 1 errors, 2 unreadable or not JSON.\n");
 }
 
@@ -76,6 +80,8 @@ int lintCommand(int argc, char** argv) {
         return 2;
     }
     const std::string text = buffer.str();
+    const int listStatus = lintListFile(file, text);
+    if (listStatus >= 0) return listStatus;
 
     // json-c decides what is JSON, with the library's own entry point and error text.
     json_object* doc = json_object_from_file(file);
