@@ -239,18 +239,6 @@ public:
     void printAeAfTriggerForDebug(const camera_metadata* request, uint32_t frameNumber);
     void printAeAfStateForDebug(CaptureResult* result, uint32_t frameNumber);
 
-    // ---- Frame-processing engine (CameraServiceExtImpl_FrameProcessing.cpp) ----
-private:
-    // Configuration thread: the engine of the previous configuration goes before the streams
-    // change, and a new one is set up once they are configured.
-    void releaseAPSEngine();
-    void setUpAPSEngine();
-
-public:
-    // ---- Pop-up camera flash (CameraServiceExtImpl_Motor.cpp) ----
-    // Request thread, after each batch: drives the pop-up module's flash from the settings.
-    void applyMotorRequestRules(const camera_metadata* settings, const String8& cameraId);
-
     // ---- Characteristics (CameraServiceExtImpl_Characteristics.cpp) ----
     status_t getCameraCharacteristics(const String16& cameraId, CameraMetadata* info) override;
     void filterSurfaceConfig(int& width, int& height) override;

@@ -44,8 +44,6 @@ public:
     void setTorchIntensity(CameraMetadata& request, uint32_t requestCount);
     void checkNeedEnableMagneticSensor();
     bool isTorchIntensityChanged();
-    // Configuration thread, before the streams go to the HAL: the sensor follows the session.
-    void updateParams(const CameraMetadata& sessionParams, int cameraId, int operatingMode);
     // A client of `apkName` connected: whether it may use the accessory torch.
     void init(const String8& apkName);
     // Streams of `cameraId` are being configured: starts the sensor for an enabled front session.
