@@ -39,6 +39,10 @@ void CameraServiceExtImpl_mtk::frontRearSwitchRule(int cameraId, const String8& 
     mFreeDomEviction = true;
 }
 
+void CameraServiceExtImpl_mtk::limitSize(const String16& cameraId, CameraMetadata* info) {
+    limitThirdPartyAppSize(cameraId, info);
+}
+
 bool CameraServiceExtImpl_mtk::IsNewRequestThermalTemp(bool force) {
     return force;
 }

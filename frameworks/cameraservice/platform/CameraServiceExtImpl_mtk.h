@@ -24,6 +24,10 @@ public:
     // FreeDom disconnect is waited for.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
 
+    // The family's third-party size rule (the motor's and the configured per-camera limits).
+    using CameraServiceExtImpl::limitSize;
+    void limitSize(const String16& cameraId, CameraMetadata* info) override;
+
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
     virtual bool IsNewRequestThermalTemp(bool force);

@@ -17,6 +17,9 @@ void MotorManager::handleMotor(bool closing, int, int, const String8&, const Str
     mIsOpenCameraUpMotor = !closing;
 }
 void MotorManager::checkIfLimitSize(const String8&, int) {}
+bool MotorManager::hasThirdAppSizeLimit() const {
+    return false;
+}
 void MotorManager::resetThirdAppParameters() {}
 
 }  // namespace android

@@ -41,6 +41,9 @@ public:
                      const String8& packageName);
     // Sets the third-party size limits of the app on `cameraId`.
     void checkIfLimitSize(const String8& packageName, int cameraId);
+    // True while checkIfLimitSize left a size limit set (main preview, sub preview or sub
+    // texture); the platform size rules then cut the app's stream sizes.
+    bool hasThirdAppSizeLimit() const;
     void resetThirdAppParameters();
 
     // The module is up (shared by every user of the motor).
