@@ -49,15 +49,17 @@ status_t CameraServiceExtImpl::getCameraCharacteristics(const String16& cameraId
     // Only its presence matters below: the exposure fix replaces the entry.
     const bool hasExposureRange = info->exists(ANDROID_SENSOR_INFO_EXPOSURE_TIME_RANGE);
 
-    if (getBool("feature_cts_enable", true, nullptr) &&
-        isCompatibilityTestPackage(package.string()) && hasExposureRange) {
+    if (isCompatibilityTestPackage(package.string()) && hasExposureRange &&
+        getBool("feature_cts_enable", true, nullptr)) {
         limitExposureTimeRangeForIts(info);
     }
+    // Asked once: the answer cannot change within the query.
+    const bool ctsCamera = isCtsCamera();
     // The batch-size fix is only needed by this one platform's main camera.
-    if (boardPlatformIs("lahaina") && isCtsCamera() && cameraIdToInt(String8(cameraId)) == 0) {
+    if (boardPlatformIs("lahaina") && ctsCamera && cameraIdToInt(String8(cameraId)) == 0) {
         updateHFRBatchSizeForCts(info);
     }
-    if (isCtsCamera() && hasExposureRange) limitSizeListForCts(info, cameraId);
+    if (ctsCamera && hasExposureRange) limitSizeListForCts(info, cameraId);
 
     // The verifier is recognised whatever "feature_cts_enable" says.
     if (strncmp(package.string(), kVerifierPackage, kVerifierPrefixLength) == 0) {

@@ -14,12 +14,19 @@ namespace {
 constexpr int kMotorLimitWidth = 4096;
 constexpr int kMotorLimitHeight = 4096;
 
+// The camera id as cameraIdToInt reads it; the usual one-digit ids are read without a copy.
+int cameraIdOf(const String16& cameraId) {
+    const char16_t* text = cameraId.string();
+    if (cameraId.size() == 1 && text[0] >= u'0' && text[0] <= u'9') return text[0] - u'0';
+    return cameraIdToInt(String8(cameraId));
+}
+
 }  // namespace
 
 // Unlike the base rule this one leaves mApplyThirdPartySettings as the characteristics query set
 // it, so that skip-listed apps and the system camera escape the motor's limits.
 void CameraServiceExtImpl::limitThirdPartyAppSize(const String16& cameraId, CameraMetadata* info) {
-    const int id = cameraIdToInt(String8(cameraId));
+    const int id = cameraIdOf(cameraId);
     if (mApplyThirdPartySettings && mMotorManager != nullptr) {
         mMotorManager->checkIfLimitSize(currentPackageName(), id);
         if (mMotorManager->hasThirdAppSizeLimit()) {
