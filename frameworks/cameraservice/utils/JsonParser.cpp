@@ -393,6 +393,26 @@ void getStringArray(const char* key, std::vector<std::string>& out, const char* 
 
 bool stringArrayHas(const char* key, const char* value, const char* package) {
     if (value == nullptr) return false;
+    // A list of strings is searched in place, without copying it (connects and characteristics
+    // queries ask); anything else goes through the getter, which logs what is wrong with it.
+    if (JsonParser* parser = currentParser()) {
+        const JsonParser::Resolution found =
+            parser->resolve(key, packageOrCurrent(package), json_type_array);
+        if (found.origin == JsonParser::Origin::App || found.origin == JsonParser::Origin::Default) {
+            const size_t count = json_object_array_length(found.value);
+            const size_t length = strlen(value);
+            bool allStrings = true;
+            bool held = false;
+            for (size_t i = 0; i < count && allStrings; ++i) {
+                json_object* element = json_object_array_get_idx(found.value, i);
+                allStrings = json_object_get_type(element) == json_type_string;
+                held = held || (allStrings &&
+                                static_cast<size_t>(json_object_get_string_len(element)) == length &&
+                                memcmp(json_object_get_string(element), value, length) == 0);
+            }
+            if (allStrings) return held;
+        }
+    }
     std::vector<std::string> list;
     getStringArray(key, list, package);
     for (const std::string& entry : list) {
