@@ -136,22 +136,6 @@ TEST_F(CharacteristicsQuery, QueryHandsThePackageToTheConfiguration) {
     EXPECT_STREQ("com.jpeg.app", getJsonPackageName());
 }
 
-TEST_F(CharacteristicsQuery, VerifierLosesFaceDetectModesEvenWithTestsSwitchedOff) {
-    mRoot.writeFile(kFwkConfigPath, R"({"default": {"feature_cts_enable": false}})");
-    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
-    CameraMetadata md;
-    const uint8_t modes[] = {0, 1, 2};
-    md.update(ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES, modes, 3);
-    const int64_t range[2] = {13000, 30000000000};
-    md.update(ANDROID_SENSOR_INFO_EXPOSURE_TIME_RANGE, range, 2);
-    ext->setAPKPackageName(String16("com.android.cts.verifier"));
-    testsupport::LogCapture logs;
-    EXPECT_EQ(OK, ext->getCameraCharacteristics(String16("0"), &md));
-    EXPECT_FALSE(md.exists(ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES));
-    EXPECT_EQ(30000000000, md.find(ANDROID_SENSOR_INFO_EXPOSURE_TIME_RANGE).data.i64[1]);
-    EXPECT_TRUE(logs.contains("getCameraCharacteristics, verifier case")) << logs.dump();
-}
-
 // ---- The surface limit ----
 
 class SurfaceLimit : public ::testing::Test {

@@ -139,18 +139,6 @@ TEST_F(SizeCutter, KeptAndSkippedEntriesAreLoggedInTheirOwnWords) {
     EXPECT_TRUE(logs.contains("limitSize, limit 3rd app size for 1920*1080"));
 }
 
-TEST_F(SizeCutter, HfrBatchOfOneBecomesMaxFpsOverSixty) {
-    sp<CameraServiceExtImpl> ext = build();
-    CameraMetadata md;
-    const std::vector<int32_t> hfr = {1920, 1080, 120, 120, 1, 1920, 1080, 30,  120, 4,
-                                      1280, 720,  240, 240, 1, 1280, 720,  960, 960, 1};
-    md.update(kHfr, hfr.data(), hfr.size());
-    ext->updateHFRBatchSizeForCts(&md);
-    EXPECT_EQ((std::vector<int32_t>{1920, 1080, 120, 120, 2, 1920, 1080, 30,  120, 4,
-                                    1280, 720,  240, 240, 4, 1280, 720,  960, 960, 16}),
-              int32s(md, kHfr));
-}
-
 TEST_F(SizeCutter, HfrTableOfBrokenLengthIsEditedOnlyInWholeEntries) {
     sp<CameraServiceExtImpl> ext = build();
     CameraMetadata md;
@@ -177,20 +165,6 @@ TEST_F(SizeCutter, HfrTableLongerThanTheWorkingCopyIsLeftAlone) {
     md.update(kHfr, hfr.data(), hfr.size());
     ext->updateHFRBatchSizeForCts(&md);
     EXPECT_EQ(2, int32s(md, kHfr)[4]);
-}
-
-TEST_F(SizeCutter, ExposureRangeForcesMinimumAndCapsMaximum) {
-    sp<CameraServiceExtImpl> ext = build();
-    CameraMetadata md;
-    const int64_t oneSecond[2] = {13000, 1000000000};
-    md.update(kExposure, oneSecond, 2);
-    ext->limitExposureTimeRangeForIts(&md);
-    EXPECT_EQ((std::vector<int64_t>{100000, 1000000000}), int64s(md, kExposure));
-
-    const int64_t thirtySeconds[2] = {500000, 30000000000};
-    md.update(kExposure, thirtySeconds, 2);
-    ext->limitExposureTimeRangeForIts(&md);
-    EXPECT_EQ((std::vector<int64_t>{100000, 2000000000}), int64s(md, kExposure));
 }
 
 TEST_F(SizeCutter, ExposureRangeOfOneValueIsLeftAndLogged) {
