@@ -16,6 +16,8 @@
  *   CameraServiceExtImpl_MetaStream.cpp       the hidden meta stream
  *   CameraServiceExtImpl_Results.cpp          corrections of results for named apps
  *   CameraServiceExtImpl_Characteristics.cpp  static characteristics shaping
+ *   CameraServiceExtImpl_SizeCutter.cpp       the stream-size cutter of the size rules
+ *   CameraServiceExtImpl_SurfaceLimit.cpp     surface size limit of third-party apps
  *   CameraServiceExtImpl_Avatar.cpp           the avatar feature's hooks
  *   CameraServiceExtImpl_FrameProcessing.cpp  the frame-processing engine per configuration
  *   CameraServiceExtImpl_DeviceServices.cpp   scheduling, JPEG sizing, always-on camera
@@ -250,6 +252,13 @@ public:
     void limitSize(int maxWidth, int maxHeight, CameraMetadata* info, bool limitJpeg);
     void updateHFRBatchSizeForCts(CameraMetadata* info);
 
+protected:
+    // The third-party size rule that the MediaTek chips and SM6125 share: the motor's limits and
+    // the configured per-camera limits cut the stream sizes of the querying app
+    // (platform/CameraServiceExtImpl_ThirdPartySize.cpp).
+    void limitThirdPartyAppSize(const String16& cameraId, CameraMetadata* info);
+
+public:
     // ---- Forwarded to the feature managers (CameraServiceExtImpl_Forwarders.cpp) ----
     void initCameraInfos(sp<CameraProviderManager> manager) override;
     status_t addListener(const sp<hardware::ICameraServiceListener>& listener) override;

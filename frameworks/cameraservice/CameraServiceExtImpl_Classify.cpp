@@ -90,7 +90,8 @@ bool CameraServiceExtImpl::isPrivilegedApp(int uid) {
 // The announced app must be the test suite itself, by its exact package.
 bool CameraServiceExtImpl::isCtsCamera() {
     if (!getBool("feature_cts_enable", true, nullptr)) return false;
-    return getAPKPackageName() == String16(kCtsPackage);
+    static const String16 kCtsPackage16(kCtsPackage);
+    return getAPKPackageName() == kCtsPackage16;
 }
 
 // A client name counts when it begins with a test package, so the verifier app and packages

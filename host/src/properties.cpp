@@ -12,6 +12,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 #include "hostctl/Properties.h"
 
@@ -27,12 +28,21 @@ Store& store() {
     return *s;
 }
 
+// Copies `text` into a value buffer, cut to PROPERTY_VALUE_MAX - 1 bytes (a plain copy: the
+// library reads properties on its per-query paths).
+void copyValue(char* out, const char* text) {
+    const size_t length = strnlen(text, PROPERTY_VALUE_MAX - 1);
+    memcpy(out, text, length);
+    out[length] = '\0';
+}
+
 // Copies the stored value of `key` (cut to PROPERTY_VALUE_MAX - 1 bytes); false when missing.
 bool lookup(const char* key, char* out) {
     std::lock_guard<std::mutex> g(store().lock);
-    auto it = store().values.find(key);
+    // Compared as a view, so the key's length is taken once rather than at every comparison.
+    auto it = store().values.find(std::string_view(key));
     if (it == store().values.end()) return false;
-    snprintf(out, PROPERTY_VALUE_MAX, "%s", it->second.c_str());
+    copyValue(out, it->second.c_str());
     return true;
 }
 
@@ -71,7 +81,7 @@ int property_get(const char* key, char* value, const char* default_value) {
     int len = 0;
     if (key != nullptr && lookup(key, value)) len = static_cast<int>(strlen(value));
     if (len < 1 && default_value != nullptr) {
-        snprintf(value, PROPERTY_VALUE_MAX, "%s", default_value);
+        copyValue(value, default_value);
         len = static_cast<int>(strlen(value));
     }
     return len;

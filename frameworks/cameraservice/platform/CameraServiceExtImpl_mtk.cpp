@@ -77,6 +77,10 @@ bool CameraServiceExtImpl_mtk::isValidOutputStream(sp<camera3::Camera3OutputStre
     return format == kFormatImplementationDefined || format == kFormatYv12;
 }
 
+void CameraServiceExtImpl_mtk::limitSize(const String16& cameraId, CameraMetadata* info) {
+    limitThirdPartyAppSize(cameraId, info);
+}
+
 bool CameraServiceExtImpl_mtk::IsNewRequestThermalTemp(bool force) {
     return force;
 }

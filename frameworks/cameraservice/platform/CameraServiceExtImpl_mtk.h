@@ -31,6 +31,9 @@ public:
     bool IsNewRequest(bool newRequest, bool flag) override;
     // Configuration thread: the family accepts IMPLEMENTATION_DEFINED and YV12 outputs.
     bool isValidOutputStream(sp<camera3::Camera3OutputStreamInterface> stream) override;
+    // The family's third-party size rule (the motor's and the configured per-camera limits).
+    using CameraServiceExtImpl::limitSize;
+    void limitSize(const String16& cameraId, CameraMetadata* info) override;
 
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).

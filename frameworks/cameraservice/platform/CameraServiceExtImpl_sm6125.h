@@ -11,6 +11,10 @@ namespace android {
 class CameraServiceExtImpl_sm6125 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm6125();
+
+    // Takes the MediaTek family's third-party size rule.
+    using CameraServiceExtImpl::limitSize;
+    void limitSize(const String16& cameraId, CameraMetadata* info) override;
 };
 
 }  // namespace android
