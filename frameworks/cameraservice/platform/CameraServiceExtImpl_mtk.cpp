@@ -39,10 +39,4 @@ void CameraServiceExtImpl_mtk::frontRearSwitchRule(int cameraId, const String8& 
     mFreeDomEviction = true;
 }
 
-bool CameraServiceExtImpl_mtk::IsNewRequestThermalTemp(bool force) {
-    return force;
-}
-
-void CameraServiceExtImpl_mtk::updatethermaltemp(CameraMetadata&) {}
-
 }  // namespace android

@@ -5,7 +5,9 @@
 
 namespace android {
 
-CameraServiceExtImpl_sm8350::CameraServiceExtImpl_sm8350() = default;
+CameraServiceExtImpl_sm8350::CameraServiceExtImpl_sm8350() {
+    mGetTemperatureEnable = getBool("feature_get_temperature_enable", false, nullptr);
+}
 
 bool CameraServiceExtImpl_sm8350::customIntelligentEviction(int cameraId,
                                                             const String16& clientPackageName) {
@@ -34,7 +36,5 @@ bool CameraServiceExtImpl_sm8350::customIntelligentEviction(int cameraId,
 bool CameraServiceExtImpl_sm8350::isConnectIgnoreApp(const char*) {
     return false;
 }
-
-void CameraServiceExtImpl_sm8350::updatethermaltemp(CameraMetadata&) {}
 
 }  // namespace android

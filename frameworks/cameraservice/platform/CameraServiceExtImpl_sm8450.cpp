@@ -13,7 +13,9 @@ constexpr int kKwaiBoundMs = 1500;
 
 }  // namespace
 
-CameraServiceExtImpl_sm8450::CameraServiceExtImpl_sm8450() = default;
+CameraServiceExtImpl_sm8450::CameraServiceExtImpl_sm8450() {
+    mGetTemperatureEnable = getBool("feature_get_temperature_enable", false, nullptr);
+}
 
 CameraServiceExtImpl_sm8450::~CameraServiceExtImpl_sm8450() {
     mPerformance.clear();
@@ -50,7 +52,5 @@ bool CameraServiceExtImpl_sm8450::customIntelligentEviction(int cameraId,
 }
 
 void CameraServiceExtImpl_sm8450::limit3rdAPPSizeListFor8450(CameraMetadata*) {}
-
-void CameraServiceExtImpl_sm8450::updatethermaltemp(CameraMetadata&) {}
 
 }  // namespace android
