@@ -6,6 +6,7 @@
 #define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MTK_H
 
 #include "CameraServiceExtImpl.h"
+#include "features/thermal/ThermalSampling.h"
 
 namespace android {
 
@@ -23,6 +24,16 @@ public:
     // of the fold rule, native clients also keep a camera from the always-on service, and each
     // FreeDom disconnect is waited for.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
+
+    // Request thread: the request counter follows the frame numbers, and every sixtieth request
+    // may carry new temperatures (CameraServiceExtImpl_mtk_Thermal.cpp).
+    bool IsNewRequest(bool newRequest, bool settingsOverride) override;
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+
+    // The MediaTek scheduling hooks (CameraServiceExtImpl_mtk_Scheduling.cpp): JPEG buffers as
+    // the base sizes them, and monotonic timestamps for one app's readable streams.
+    ssize_t calculateJpegBufferSize(long calculatedSize, long maxJpegBufferSize) override;
+    void updateUseMonoTimestamp(bool& useMonoTimestamp, size_t consumerUsage) override;
 
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
@@ -42,6 +53,8 @@ protected:
     int32_t mThermalPeriod = 60;
     // The counter restarts at this value read as unsigned (0xFFFFFFF0).
     int32_t mThermalCounterLimit = -16;
+    // The temperatures last sent and the thermal tag.
+    vantu::ThermalSampling mThermalSampling;
 };
 
 }  // namespace android

@@ -14,6 +14,11 @@ class CameraServiceExtImpl_qcom : public CameraServiceExtImpl {
 public:
     CameraServiceExtImpl_qcom();
 
+    // The calling thread's UX state written straight to its kernel file; JPEG buffers keep the
+    // size the server calculated (CameraServiceExtImpl_qcom_Scheduling.cpp).
+    void SetStaticUxthread(int value) override;
+    ssize_t calculateJpegBufferSize(long calculatedSize, long maxJpegBufferSize) override;
+
 protected:
     // Eviction rules that several Snapdragon chips add to the base set.
 

@@ -11,6 +11,9 @@ namespace android {
 class CameraServiceExtImpl_sm4350 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm4350();
+    // Thread UX class 136 when boosted; display sync as "disableDisplaySync" says.
+    void SetUxthread(unsigned int enable) override;
+    bool allowDisplaySync() override;
     // Eviction: the "Limit_Intelligent_Eviction", test-app and "feature_preempt_enable" gates
     // first, the system camera taking over in place of the fold rule, face unlock deciding as
     // the system's own clients do, and a system camera kept from face unlock and Duo.

@@ -11,6 +11,9 @@ namespace android {
 class CameraServiceExtImpl_sm6225 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm6225();
+    // Thread UX class 136 when boosted; display sync as "disableDisplaySync" says.
+    void SetUxthread(unsigned int enable) override;
+    bool allowDisplaySync() override;
     // Eviction: the "feature_preempt_enable" gate, the system camera taking over in place of the
     // fold rule, "com.benqu.wuta" treated as Viber, and the forced eviction of front and rear
     // cameras that share one GPIO port.

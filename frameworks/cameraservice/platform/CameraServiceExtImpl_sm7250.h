@@ -13,6 +13,10 @@ namespace android {
 class CameraServiceExtImpl_sm7250 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm7250();
+    // Thread UX class 136 when boosted; the system camera's video timestamps filtered when
+    // "needFixFilterIssue" holds.
+    void SetUxthread(unsigned int enable) override;
+    bool checkFilterVideoTimestamp(bool enable) override;
     // Eviction: the face-unlock aware rules of the family.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     ~CameraServiceExtImpl_sm7250() override;

@@ -13,6 +13,11 @@ namespace android {
 class CameraServiceExtImpl_sm8250 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8250();
+    // Thread UX class 136 when boosted; the camera-extension HAL woken before an open; the
+    // system camera's video timestamps filtered when "needFixFilterIssue" holds.
+    void SetUxthread(unsigned int enable) override;
+    void preOpenCamera() override;
+    bool checkFilterVideoTimestamp(bool enable) override;
     // Eviction: the face-unlock aware rules of the family and "enable_occupied_duration_list".
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     // The system camera gets five more seconds for the server's eviction wait.

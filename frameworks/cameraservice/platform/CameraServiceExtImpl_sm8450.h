@@ -6,6 +6,7 @@
 
 #include <vendor/vantu/hardware/performance/1.0/IPerformance.h>
 
+#include "features/thermal/ThermalSampling.h"
 #include "platform/CameraServiceExtImpl_qcom.h"
 
 namespace android {
@@ -13,6 +14,11 @@ namespace android {
 class CameraServiceExtImpl_sm8450 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8450();
+    // Thread UX class 129 when boosted; no display sync; the camera-extension HAL woken before
+    // an open.
+    void SetUxthread(unsigned int enable) override;
+    bool allowDisplaySync() override;
+    void preOpenCamera() override;
     // Eviction: WeChat's explorer cameras, Kwai's own reopen, and
     // "enable_occupied_duration_list".
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
@@ -22,10 +28,20 @@ public:
     virtual void limit3rdAPPSizeListFor8450(CameraMetadata* info);
     // Request thread: writes the last temperatures into the request's thermal tag.
     virtual void updatethermaltemp(CameraMetadata& request);
+    // Request thread: every sixtieth request may carry new temperatures, as on MediaTek; the
+    // counter follows the frame numbers (CameraServiceExtImpl_qcom_Thermal.cpp).
+    bool IsNewRequest(bool newRequest, bool settingsOverride) override;
+    void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
 
 protected:
     // The performance HAL service that sets thread scheduling classes; fetched on first use.
     sp<vendor::vantu::hardware::performance::V1_0::IPerformance> mPerformance;
+    // Requests seen, for sampling temperatures every sixtieth request.
+    uint32_t mThermalRequestCounter = 0;
+    // "feature_get_temperature_enable", read at construction.
+    bool mGetTemperatureEnable = false;
+    // The temperatures last sent and the thermal tag.
+    vantu::ThermalSampling mThermalSampling;
 };
 
 }  // namespace android
