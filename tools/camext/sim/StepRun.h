@@ -43,6 +43,8 @@ struct StepRun {
     Json halStreams;  // the ids that reached the hardware configuration, or null
     // Reads the reply parcel as the given list of shapes ({"int32": n}, ...); null without reply.
     std::function<Json(const Json& shapes)> readReply;
+    // The text of a file under the device root, or null when it cannot be read as a file.
+    std::function<Json(const std::string& devicePath)> fileText;
 
     // Properties as last seen, for the diff of what this step changed.
     std::map<std::string, std::string> propertiesSeen;
