@@ -10,6 +10,7 @@
 #include "sim/Json.h"
 #include "sim/LogSink.h"
 #include "sim/Scenario.h"
+#include "utils/Env.h"
 
 namespace camext {
 namespace sim {
@@ -49,7 +50,13 @@ struct StepRun {
     // Properties as last seen, for the diff of what this step changed.
     std::map<std::string, std::string> propertiesSeen;
 
-    void call(std::string text) { calls.push_back(std::move(text)); }
+    // When each call returned (the library's monotonic clock), for the trace.
+    std::vector<nsecs_t> callTimes;
+
+    void call(std::string text) {
+        calls.push_back(std::move(text));
+        callTimes.push_back(android::vantu::monotonicNs());
+    }
     void setVerdict(const std::string& callName, Json value) {
         verdictCall = callName;
         hasVerdict = true;
