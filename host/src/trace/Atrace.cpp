@@ -9,6 +9,8 @@
 
 #include "utils/Env.h"
 
+extern "C" android::vantu::Env* android_vantu_host_env();
+
 namespace {
 
 std::atomic<uint64_t> gTags{0};
@@ -34,7 +36,8 @@ void emit(hostctl::AtraceEvent::Kind kind, const char* name, int64_t value) {
     e.kind = kind;
     e.name = name ? name : "";
     e.value = value;
-    android::vantu::Env* env = android::vantu::Env::Default();
+    // The host environment: the clock and ids the library sees.
+    android::vantu::Env* env = android_vantu_host_env();
     e.pid = env->processId();
     e.tid = env->threadId();
     e.time = env->monotonicNs();
