@@ -3,6 +3,7 @@
 #include "UxThreadTable.h"
 
 #include <cutils/trace.h>
+#include <stdarg.h>
 #include <stdio.h>
 
 #include "utils/Env.h"
@@ -27,11 +28,13 @@ uint32_t flagOf(uint64_t word) {
 }
 
 // An atrace section holding one of the log texts, opened and closed at once.
-template <typename... Args>
-void traceText(const char* format, Args... args) {
+__attribute__((format(printf, 1, 2))) void traceText(const char* format, ...) {
     if (!ATRACE_ENABLED()) return;
     char text[128];
-    snprintf(text, sizeof(text), format, args...);
+    va_list args;
+    va_start(args, format);
+    vsnprintf(text, sizeof(text), format, args);
+    va_end(args);
     ATRACE_BEGIN(text);
     ATRACE_END();
 }
