@@ -40,6 +40,7 @@
 #include <vector>
 
 #include "ICameraServiceExt.h"
+#include "UxThreadTable.h"
 #include "features/aps/APSInterface.h"
 #include "features/aps/ZumioManager.h"
 #include "features/authorize/AuthAppManager.h"
@@ -476,6 +477,12 @@ protected:
 
     // Serialises opening and closing the always-on camera.
     Mutex mAONLock;
+
+    // Threads whose UX class the chips that override SetUxthread have set.
+    UxThreadTable mUxThreads;
+    // Tells the maker's camera-extension HAL that a camera is about to open (the chips that
+    // override preOpenCamera).
+    void wakeCameraExtension();
 };
 
 }  // namespace android

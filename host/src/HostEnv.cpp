@@ -2,7 +2,9 @@
 // device root that tests and the simulator point at a temporary folder.
 #include "hostctl/HostEnv.h"
 
+#include <sys/syscall.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <mutex>
@@ -24,7 +26,14 @@ struct State {
     nsecs_t waited = 0;
     std::string root = "/";
     hostctl::Scheduler scheduler;
+    // getpid/gettid as the library sees them; 0 means the real value.
+    pid_t pid = 0;
+    pid_t tid = 0;
 };
+
+// A thread's own identity, ahead of the process-wide one (0: none).
+thread_local pid_t tThreadPid = 0;
+thread_local pid_t tThreadTid = 0;
 
 State& state() {
     static State* s = new State();
@@ -110,6 +119,18 @@ public:
         return state().root;
     }
 
+    pid_t processId() override {
+        if (tThreadPid != 0) return tThreadPid;
+        std::lock_guard<std::mutex> g(state().lock);
+        return state().pid != 0 ? state().pid : getpid();
+    }
+
+    pid_t threadId() override {
+        if (tThreadTid != 0) return tThreadTid;
+        std::lock_guard<std::mutex> g(state().lock);
+        return state().tid != 0 ? state().tid : static_cast<pid_t>(syscall(SYS_gettid));
+    }
+
 private:
     static void addWaited(nsecs_t ns) {
         std::lock_guard<std::mutex> g(state().lock);
@@ -167,6 +188,17 @@ void advanceTimeTo(nsecs_t monotonicNs) {
 void setScheduler(Scheduler scheduler) {
     std::lock_guard<std::mutex> g(state().lock);
     state().scheduler = std::move(scheduler);
+}
+
+void setProcessIds(pid_t pid, pid_t tid) {
+    std::lock_guard<std::mutex> g(state().lock);
+    state().pid = pid;
+    state().tid = tid;
+}
+
+void setThisThreadIds(pid_t pid, pid_t tid) {
+    tThreadPid = pid;
+    tThreadTid = tid;
 }
 
 nsecs_t virtualTimeWaited() {

@@ -14,9 +14,11 @@ namespace {
 
 void runUsage(FILE* out) {
     fprintf(out,
-            "usage: camext run [--json] [--lib PATH] FILE.json [FILE.json ...]\n"
-            "  --json      one JSON record per step on stdout\n"
-            "  --lib PATH  the extension library to load (default: %s)\n"
+            "usage: camext run [--json] [--lib PATH] [--trace OUT.json] FILE.json [FILE.json ...]\n"
+            "  --json            one JSON record per step on stdout\n"
+            "  --lib PATH        the extension library to load (default: %s)\n"
+            "  --trace OUT.json  also write the sessions as a trace for Perfetto's UI\n"
+            "                    (ui.perfetto.dev) or chrome://tracing, on virtual time\n"
             "exit status: 0 every expectation held, 1 one failed, 2 a file is malformed\n",
             CAMEXT_LIB_DIR "/libcameraserviceext.so");
 }
@@ -37,6 +39,14 @@ int runCommand(int argc, char** argv) {
                 return 2;
             }
             options.libPath = argv[++i];
+        } else if (!strcmp(arg, "--trace")) {
+            if (i + 1 >= argc) {
+                fprintf(stderr, "camext run: --trace needs a file\n");
+                return 2;
+            }
+            options.tracePath = argv[++i];
+        } else if (!strncmp(arg, "--trace=", 8)) {
+            options.tracePath = arg + 8;
         } else if (!strncmp(arg, "--lib=", 6)) {
             options.libPath = arg + 6;
         } else if (!strcmp(arg, "-h") || !strcmp(arg, "--help")) {

@@ -59,14 +59,8 @@ void CameraServiceExtImpl_mtk::onPrepareHalRequestsUpdateMetadata(CameraMetadata
         }
         mLastRequestAFtrigger = trigger;
     }
-    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
+    if (mGetTemperatureEnable) updatethermaltemp(request);
     CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
-}
-
-bool CameraServiceExtImpl_mtk::IsNewRequest(bool newRequest, bool flag) {
-    if (CameraServiceExtImpl::IsNewRequest(newRequest, flag)) return true;
-    if (vantu::requestSwitches().temperatureEnable) return IsNewRequestThermalTemp(newRequest);
-    return newRequest;
 }
 
 bool CameraServiceExtImpl_mtk::isValidOutputStream(sp<camera3::Camera3OutputStreamInterface> stream) {
@@ -80,11 +74,5 @@ bool CameraServiceExtImpl_mtk::isValidOutputStream(sp<camera3::Camera3OutputStre
 void CameraServiceExtImpl_mtk::limitSize(const String16& cameraId, CameraMetadata* info) {
     limitThirdPartyAppSize(cameraId, info);
 }
-
-bool CameraServiceExtImpl_mtk::IsNewRequestThermalTemp(bool force) {
-    return force;
-}
-
-void CameraServiceExtImpl_mtk::updatethermaltemp(CameraMetadata&) {}
 
 }  // namespace android

@@ -6,6 +6,7 @@
 #define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_MTK_H
 
 #include "CameraServiceExtImpl.h"
+#include "features/thermal/ThermalSampling.h"
 
 namespace android {
 
@@ -27,13 +28,19 @@ public:
     // Request thread: records the request counter, keeps WhatsApp from sending AF CANCEL twice
     // in a row, and writes temperatures while "feature_get_temperature_enable" holds.
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
-    // The base answer, else the thermal sampling's while temperatures are enabled.
+    // The base answer or the thermal sampling's; the sampling step runs for every request
+    // (CameraServiceExtImpl_mtk_Thermal.cpp).
     bool IsNewRequest(bool newRequest, bool flag) override;
     // Configuration thread: the family accepts IMPLEMENTATION_DEFINED and YV12 outputs.
     bool isValidOutputStream(sp<camera3::Camera3OutputStreamInterface> stream) override;
     // The family's third-party size rule (the motor's and the configured per-camera limits).
     using CameraServiceExtImpl::limitSize;
     void limitSize(const String16& cameraId, CameraMetadata* info) override;
+
+    // The MediaTek scheduling hooks (CameraServiceExtImpl_mtk_Scheduling.cpp): JPEG buffers as
+    // the base sizes them, and monotonic timestamps for one app's readable streams.
+    ssize_t calculateJpegBufferSize(long calculatedSize, long maxJpegBufferSize) override;
+    void updateUseMonoTimestamp(bool& useMonoTimestamp, size_t consumerUsage) override;
 
     // Request thread, per request: true when the request must carry new temperatures (`force`
     // when nothing changed).
@@ -53,6 +60,8 @@ protected:
     int32_t mThermalPeriod = 60;
     // The counter restarts at this value read as unsigned (0xFFFFFFF0).
     int32_t mThermalCounterLimit = -16;
+    // The temperatures last sent and the thermal tag.
+    vantu::ThermalSampling mThermalSampling;
 };
 
 }  // namespace android

@@ -17,6 +17,11 @@ public:
     // then the base, which applies them again under that switch (finding nothing left to do).
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
 
+    // The calling thread's UX state written straight to its kernel file; JPEG buffers keep the
+    // size the server calculated (CameraServiceExtImpl_qcom_Scheduling.cpp).
+    void SetStaticUxthread(int value) override;
+    ssize_t calculateJpegBufferSize(long calculatedSize, long maxJpegBufferSize) override;
+
 protected:
     // Eviction rules that several Snapdragon chips add to the base set.
 

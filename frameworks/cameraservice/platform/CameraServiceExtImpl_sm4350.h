@@ -13,6 +13,9 @@ public:
     CameraServiceExtImpl_sm4350();
     // Request thread: the front-camera touch-AE rule, then the family's rules.
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+    // Thread UX class 136 when boosted; display sync as "disableDisplaySync" says.
+    void SetUxthread(unsigned int enable) override;
+    bool allowDisplaySync() override;
     // Eviction: the "Limit_Intelligent_Eviction", test-app and "feature_preempt_enable" gates
     // first, the system camera taking over in place of the fold rule, face unlock deciding as
     // the system's own clients do, and a system camera kept from face unlock and Duo.

@@ -13,6 +13,9 @@ public:
     CameraServiceExtImpl_sm6225();
     // Request thread: the front-camera touch-AE rule, then the family's rules.
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+    // Thread UX class 136 when boosted; display sync as "disableDisplaySync" says.
+    void SetUxthread(unsigned int enable) override;
+    bool allowDisplaySync() override;
     // Eviction: the "feature_preempt_enable" gate, the system camera taking over in place of the
     // fold rule, "com.benqu.wuta" treated as Viber, and the forced eviction of front and rear
     // cameras that share one GPIO port.

@@ -15,6 +15,10 @@ public:
     CameraServiceExtImpl_sm7250();
     // Request thread: the front-camera touch-AE rule, then the family's rules.
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+    // Thread UX class 136 when boosted; the system camera's video timestamps filtered when
+    // "needFixFilterIssue" holds.
+    void SetUxthread(unsigned int enable) override;
+    bool checkFilterVideoTimestamp(bool enable) override;
     // Eviction: the face-unlock aware rules of the family.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     ~CameraServiceExtImpl_sm7250() override;

@@ -15,6 +15,11 @@ public:
     CameraServiceExtImpl_sm8250();
     // Request thread: the front-camera touch-AE rule (Twinax exempt too), then the family's rules.
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+    // Thread UX class 136 when boosted; the camera-extension HAL woken before an open; the
+    // system camera's video timestamps filtered when "needFixFilterIssue" holds.
+    void SetUxthread(unsigned int enable) override;
+    void preOpenCamera() override;
+    bool checkFilterVideoTimestamp(bool enable) override;
     // Eviction: the face-unlock aware rules of the family and "enable_occupied_duration_list".
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
     // The system camera gets five more seconds for the server's eviction wait.

@@ -6,13 +6,15 @@
 
 namespace android {
 
-CameraServiceExtImpl_sm8350::CameraServiceExtImpl_sm8350() = default;
+CameraServiceExtImpl_sm8350::CameraServiceExtImpl_sm8350() {
+    mGetTemperatureEnable = getBool("feature_get_temperature_enable", false, nullptr);
+}
 
 void CameraServiceExtImpl_sm8350::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
                                                                      uint32_t frameNumber) {
     mThermalRequestCounter = frameNumber;
     disableFrontCameraTouchAE(request, "lahaina", nullptr);
-    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
+    if (mGetTemperatureEnable) updatethermaltemp(request);
     CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
 }
 
@@ -43,7 +45,5 @@ bool CameraServiceExtImpl_sm8350::customIntelligentEviction(int cameraId,
 bool CameraServiceExtImpl_sm8350::isConnectIgnoreApp(const char*) {
     return false;
 }
-
-void CameraServiceExtImpl_sm8350::updatethermaltemp(CameraMetadata&) {}
 
 }  // namespace android

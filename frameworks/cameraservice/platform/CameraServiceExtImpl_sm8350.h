@@ -4,6 +4,7 @@
 #ifndef VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8350_H
 #define VANTU_CAMERASERVICE_PLATFORM_CAMERASERVICEEXTIMPL_SM8350_H
 
+#include "features/thermal/ThermalSampling.h"
 #include "platform/CameraServiceExtImpl_qcom.h"
 
 namespace android {
@@ -14,6 +15,8 @@ public:
     // Request thread: records the request counter, the front-camera touch-AE rule and
     // temperatures while "feature_get_temperature_enable" holds, then the family's rules.
     void onPrepareHalRequestsUpdateMetadata(CameraMetadata& request, uint32_t frameNumber) override;
+    // The camera-extension HAL woken before an open.
+    void preOpenCamera() override;
     // Eviction: the "Limit_Intelligent_Eviction" gate, "com.benqu.wuta" treated as Viber, and
     // face unlock kept from a system camera while "faceunlock_eviction_enable" holds.
     bool customIntelligentEviction(int cameraId, const String16& clientPackageName) override;
@@ -29,10 +32,17 @@ public:
     virtual bool isConnectIgnoreApp(const char* packageName);
     // Request thread: writes the last temperatures into the request's thermal tag.
     virtual void updatethermaltemp(CameraMetadata& request);
+    // Request thread: every sixtieth request may carry new temperatures, as on MediaTek; the
+    // counter follows the frame numbers (CameraServiceExtImpl_qcom_Thermal.cpp).
+    bool IsNewRequest(bool newRequest, bool settingsOverride) override;
 
 protected:
-    // The number of the request being prepared, for the thermal sampling.
+    // Requests seen, for sampling temperatures every sixtieth request.
     uint32_t mThermalRequestCounter = 0;
+    // "feature_get_temperature_enable", read at construction.
+    bool mGetTemperatureEnable = false;
+    // The temperatures last sent and the thermal tag.
+    vantu::ThermalSampling mThermalSampling;
 };
 
 }  // namespace android

@@ -14,13 +14,15 @@ constexpr int kKwaiBoundMs = 1500;
 
 }  // namespace
 
-CameraServiceExtImpl_sm8450::CameraServiceExtImpl_sm8450() = default;
+CameraServiceExtImpl_sm8450::CameraServiceExtImpl_sm8450() {
+    mGetTemperatureEnable = getBool("feature_get_temperature_enable", false, nullptr);
+}
 
 void CameraServiceExtImpl_sm8450::onPrepareHalRequestsUpdateMetadata(CameraMetadata& request,
                                                                      uint32_t frameNumber) {
     mThermalRequestCounter = frameNumber;
     disableFrontCameraTouchAE(request, "lahaina", nullptr);
-    if (vantu::requestSwitches().temperatureEnable) updatethermaltemp(request);
+    if (mGetTemperatureEnable) updatethermaltemp(request);
     CameraServiceExtImpl_qcom::onPrepareHalRequestsUpdateMetadata(request, frameNumber);
 }
 
@@ -59,7 +61,5 @@ bool CameraServiceExtImpl_sm8450::customIntelligentEviction(int cameraId,
 }
 
 void CameraServiceExtImpl_sm8450::limit3rdAPPSizeListFor8450(CameraMetadata*) {}
-
-void CameraServiceExtImpl_sm8450::updatethermaltemp(CameraMetadata&) {}
 
 }  // namespace android

@@ -11,6 +11,8 @@ namespace android {
 class CameraServiceExtImpl_sm8550 : public CameraServiceExtImpl_qcom {
 public:
     CameraServiceExtImpl_sm8550();
+    // The camera-extension HAL woken before an open.
+    void preOpenCamera() override;
 };
 
 }  // namespace android

@@ -1,7 +1,9 @@
 #include "utils/Env.h"
 
 #include <dlfcn.h>
+#include <sys/syscall.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <mutex>
@@ -61,6 +63,9 @@ public:
     }
 
     std::string deviceRoot() override { return "/"; }
+
+    pid_t processId() override { return getpid(); }
+    pid_t threadId() override { return static_cast<pid_t>(syscall(SYS_gettid)); }
 };
 
 }  // namespace

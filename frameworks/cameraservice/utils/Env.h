@@ -9,13 +9,13 @@
 #define VANTU_CAMERASERVICE_UTILS_ENV_H
 
 #include <stdint.h>
+#include <sys/types.h>
+#include <utils/Errors.h>
+#include <utils/Timers.h>
 
 #include <atomic>
 #include <condition_variable>
 #include <string>
-
-#include <utils/Errors.h>
-#include <utils/Timers.h>
 
 namespace android {
 namespace vantu {
@@ -78,6 +78,9 @@ public:
     virtual status_t waitRelative(EnvCondition& cond, WaitLock& lock, nsecs_t reltime) = 0;
     // The device root every library path is resolved against: "/" on a phone.
     virtual std::string deviceRoot() = 0;
+    // The process and the calling thread as the kernel knows them (getpid, gettid).
+    virtual pid_t processId() = 0;
+    virtual pid_t threadId() = 0;
 
     // The environment of this process.
     static Env* Default();
@@ -91,10 +94,24 @@ Env* NewPosixEnv();
 constexpr const char kHostEnvSymbol[] = "android_vantu_host_env";
 
 // Shorthands for the library code.
-inline int64_t wallSeconds() { return Env::Default()->wallSeconds(); }
-inline nsecs_t monotonicNs() { return Env::Default()->monotonicNs(); }
-inline void sleepMs(int64_t ms) { Env::Default()->sleepNs(ms * 1000000LL); }
-inline void sleepUs(int64_t us) { Env::Default()->sleepNs(us * 1000LL); }
+inline int64_t wallSeconds() {
+    return Env::Default()->wallSeconds();
+}
+inline nsecs_t monotonicNs() {
+    return Env::Default()->monotonicNs();
+}
+inline void sleepMs(int64_t ms) {
+    Env::Default()->sleepNs(ms * 1000000LL);
+}
+inline void sleepUs(int64_t us) {
+    Env::Default()->sleepNs(us * 1000LL);
+}
+inline pid_t processId() {
+    return Env::Default()->processId();
+}
+inline pid_t threadId() {
+    return Env::Default()->threadId();
+}
 
 // Resolves a device path ("/data/.camera/x" or "odm/etc/camera/fwk_config.json", relative paths
 // being relative to the camera server's working directory "/") against the device root.

@@ -26,7 +26,6 @@ RequestSwitches requestSwitches() {
     if (memo.package != package || memo.parser != parser) {
         memo.switches.flashEnable = getBool("feature_flash_enable", true, package);
         memo.switches.foldEnable = getBool("feature_fold_enable", false, package);
-        memo.switches.temperatureEnable = getBool("feature_get_temperature_enable", false, package);
         memo.parser = parser;
         memo.package = package;
     }

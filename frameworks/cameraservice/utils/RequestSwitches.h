@@ -13,7 +13,6 @@ namespace vantu {
 struct RequestSwitches {
     bool flashEnable;        // "feature_flash_enable", default true
     bool foldEnable;         // "feature_fold_enable", default false
-    bool temperatureEnable;  // "feature_get_temperature_enable", default false
 };
 
 // The switches as getBool answers them for the current package.

@@ -127,7 +127,13 @@ std::vector<Verdict> checkExpectations(const Json& expect, const StepRun& run,
             const Json services = run.effects["services"];
             for (const auto& s : want.members()) {
                 Json actual = services.has(s.first) ? services[s.first] : Json::array();
+                if (s.second.isInt()) actual = Json(static_cast<int64_t>(actual.size()));
                 out.push_back({"services " + s.first, actual == s.second, s.second, actual});
+            }
+        } else if (key == "files") {
+            for (const auto& f : want.members()) {
+                Json actual = run.fileText ? run.fileText(f.first) : Json();
+                out.push_back({"files " + f.first, actual == f.second, f.second, actual});
             }
         } else {
             // motor, torch_status, aon_callbacks, client_events, meta_buffers: exactly these, in

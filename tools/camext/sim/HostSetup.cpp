@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -197,6 +198,8 @@ bool loadLibrary(Session& session, std::string* error) {
 
 void applyCaller(Session&, const Caller& caller) {
     hostctl::setCallingIdentity(static_cast<uid_t>(caller.uid), caller.pid);
+    // The library's getpid and gettid are the step's process and thread.
+    hostctl::setProcessIds(caller.pid, caller.tid != 0 ? caller.tid : caller.pid + 1);
     hostctl::clearPermissions();
     for (const auto& p : caller.permissions) {
         hostctl::grantPermission(static_cast<uid_t>(caller.uid), caller.pid, p);
@@ -204,6 +207,15 @@ void applyCaller(Session&, const Caller& caller) {
 }
 
 void collectEffects(Session& session, StepRun& run) {
+    run.fileText = [&session](const std::string& devicePath) -> Json {
+        std::error_code ec;
+        const std::string path = hostPath(session, devicePath);
+        if (!std::filesystem::is_regular_file(path, ec)) return Json();
+        std::ifstream in(path, std::ios::binary);
+        std::stringstream text;
+        text << in.rdbuf();
+        return in ? Json(text.str()) : Json();
+    };
     session.host().records.collect(run);
     fileHostRecords(session, run);
 }

@@ -10,9 +10,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 
 #include "sim/Player.h"
 #include "sim/Report.h"
+#include "sim/Trace.h"
 
 namespace camext {
 namespace sim {
@@ -73,7 +75,8 @@ private:
     std::string mPath;
 };
 
-int playFile(const Scenario& scenario, const RunOptions& baseOptions, Report* report) {
+int playFile(const Scenario& scenario, const RunOptions& baseOptions, Report* report,
+             TraceWriter* trace) {
     DeviceRoot root;
     if (root.path().empty()) {
         report->crashed(scenario.file, "",
@@ -134,6 +137,7 @@ int playFile(const Scenario& scenario, const RunOptions& baseOptions, Report* re
             start = nl + 1;
             if (!error.empty() || !r.isObject()) continue;
             track(r, &outcome);
+            if (trace) trace->record(r);
             report->record(scenario.file, r);
         }
         buffer.erase(0, start);
@@ -166,6 +170,8 @@ int playFile(const Scenario& scenario, const RunOptions& baseOptions, Report* re
 
 int runFiles(const std::vector<std::string>& files, const RunOptions& options, FILE* out) {
     Report report(out, options.json);
+    std::unique_ptr<TraceWriter> trace;
+    if (!options.tracePath.empty()) trace = std::make_unique<TraceWriter>();
     int worst = 0;
     for (const auto& file : files) {
         Scenario scenario;
@@ -176,9 +182,14 @@ int runFiles(const std::vector<std::string>& files, const RunOptions& options, F
             report.fileDone(file, 2, 0, 0);
             result = 2;
         } else {
-            result = playFile(scenario, options, &report);
+            result = playFile(scenario, options, &report, trace.get());
         }
         worst = std::max(worst, result);
+    }
+    std::string error;
+    if (trace && !trace->write(options.tracePath, &error)) {
+        fprintf(stderr, "camext run: %s\n", error.c_str());
+        worst = 2;
     }
     return worst;
 }

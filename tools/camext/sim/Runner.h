@@ -14,6 +14,7 @@ struct RunOptions {
     bool json = false;
     std::string libPath;     // the extension library to load
     std::string deviceRoot;  // set per scenario: the temporary folder that stands for "/"
+    std::string tracePath;   // --trace: where the session's timeline is written, or empty
 };
 
 // Exit status of the run: 0 every expectation held, 1 one failed (or a scenario crashed),

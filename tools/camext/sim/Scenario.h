@@ -19,6 +19,8 @@ namespace sim {
 struct Caller {
     int32_t uid = 10100;
     int32_t pid = 5000;
+    // The host thread that makes the step's calls (the library's gettid); 0: pid + 1.
+    int32_t tid = 0;
     std::vector<std::string> permissions;
 };
 

@@ -9,6 +9,7 @@
 #include "hostctl/Properties.h"
 #include "sim/LogSink.h"
 #include "sim/Player.h"
+#include "sim/Trace.h"
 #include "utils/Env.h"
 
 namespace camext {
@@ -96,6 +97,7 @@ int Session::play() {
                        {"name", mScenario.name},
                        {"pid", static_cast<int>(getpid())},
                        {"library", mOptions.libPath}}));
+    if (!mOptions.tracePath.empty()) startTraceCapture();
     mHost = makeHost(*this);
     std::string error;
     if (!setUpDevice(*this, &error) || !loadLibrary(*this, &error)) {
@@ -130,7 +132,8 @@ Json Session::beginRecord(const Step& step, int depth) const {
                          {"title", stepTitle(step)},
                          {"depth", depth},
                          {"at_ms", static_cast<double>(now() - mStart) / 1e6},
-                         {"note", step.note}});
+                         {"note", step.note},
+                         {"track", traceTrack(step)}});
 }
 
 void Session::runStep(const Step& step, int depth) {
@@ -165,6 +168,7 @@ void Session::runStep(const Step& step, int depth) {
     Json record = beginRecord(step, depth);
     record.set("type", "step");
     record.set("calls", stringList(run.calls));
+    if (!mOptions.tracePath.empty()) addTraceFields(run, mStart, &record);
     if (run.hasVerdict) {
         record.set("verdict", Json::object({{"call", run.verdictCall}, {"value", run.verdict}}));
     }

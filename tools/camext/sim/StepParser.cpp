@@ -7,7 +7,7 @@ namespace sim {
 
 bool Parser::caller(const Json& v, const std::string& path, Caller* out) {
     if (!want(v, Json::Type::Object, path)) return false;
-    onlyKeys(v, path, {"uid", "pid", "permissions"});
+    onlyKeys(v, path, {"uid", "pid", "tid", "permissions"});
     Caller c;
     bool ok = true;
     if (v.has("uid")) {
@@ -17,6 +17,11 @@ bool Parser::caller(const Json& v, const std::string& path, Caller* out) {
     if (v.has("pid")) {
         ok = wantInt(v["pid"], memberPath(path, "pid"), 0, kInt32Max) && ok;
         c.pid = static_cast<int32_t>(v["pid"].asInt());
+    }
+    if (v.has("tid")) {
+        // Thread ids are written as the kernel's unsigned text may show them, up to 2^32 - 1.
+        ok = wantInt(v["tid"], memberPath(path, "tid"), 1, 0xFFFFFFFFLL) && ok;
+        c.tid = static_cast<int32_t>(static_cast<uint32_t>(v["tid"].asInt()));
     }
     if (v.has("permissions")) {
         const std::string p = memberPath(path, "permissions");
@@ -260,7 +265,7 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
     onlyKeys(v, path,
              {"return", "reply", "properties", "metadata", "session_params_seen_by_hal",
               "hal_streams", "log", "log_absent", "motor", "torch_status", "aon_callbacks",
-              "client_events", "services", "streams", "meta_buffers"});
+              "client_events", "services", "streams", "meta_buffers", "files"});
     auto onlyFor = [&](const char* key, std::set<std::string> actions) {
         if (v.has(key) && !actions.count(action)) {
             std::string list;
@@ -347,10 +352,14 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
             onlyKeys(v["services"], p,
                      {"performance", "camera_extension", "camera_mdm", "battery", "camera_service",
                       "kairo", "thermal_hal", "sensors", "aps"});
-            for (const auto& m : v["services"].members())
+            for (const auto& m : v["services"].members()) {
+                // "kairo" counts the thermal service's transactions.
+                if (m.first == "kairo" && m.second.isInt()) continue;
                 want(m.second, Json::Type::Array, memberPath(p, m.first));
+            }
         }
     }
+    if (v.has("files")) stringMap(v["files"], memberPath(path, "files"), true, nullptr);
 }
 
 }  // namespace sim

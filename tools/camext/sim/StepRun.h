@@ -10,6 +10,7 @@
 #include "sim/Json.h"
 #include "sim/LogSink.h"
 #include "sim/Scenario.h"
+#include "utils/Env.h"
 
 namespace camext {
 namespace sim {
@@ -44,11 +45,19 @@ struct StepRun {
     Json halStreams;  // the ids that reached the hardware configuration, or null
     // Reads the reply parcel as the given list of shapes ({"int32": n}, ...); null without reply.
     std::function<Json(const Json& shapes)> readReply;
+    // The text of a file under the device root, or null when it cannot be read as a file.
+    std::function<Json(const std::string& devicePath)> fileText;
 
     // Properties as last seen, for the diff of what this step changed.
     std::map<std::string, std::string> propertiesSeen;
 
-    void call(std::string text) { calls.push_back(std::move(text)); }
+    // When each call returned (the library's monotonic clock), for the trace.
+    std::vector<nsecs_t> callTimes;
+
+    void call(std::string text) {
+        calls.push_back(std::move(text));
+        callTimes.push_back(android::vantu::monotonicNs());
+    }
     void setVerdict(const std::string& callName, Json value) {
         verdictCall = callName;
         hasVerdict = true;

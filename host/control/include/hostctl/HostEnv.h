@@ -6,11 +6,11 @@
 #define HOSTCTL_HOSTENV_H
 
 #include <stdint.h>
+#include <sys/types.h>
+#include <utils/Timers.h>
 
 #include <functional>
 #include <string>
-
-#include <utils/Timers.h>
 
 namespace hostctl {
 
@@ -36,6 +36,11 @@ void advanceTimeTo(nsecs_t monotonicNs);
 // nothing is due. It is called without any lock of the library's held by the waiting thread.
 using Scheduler = std::function<bool(nsecs_t deadlineMonotonicNs)>;
 void setScheduler(Scheduler scheduler);
+
+// What the library's getpid/gettid answer: these ids for every thread (0 and 0: the real ones
+// again), or, for the calling thread only and ahead of the former, its own pair.
+void setProcessIds(pid_t pid, pid_t tid);
+void setThisThreadIds(pid_t pid, pid_t tid);
 
 // Total virtual time the library has spent sleeping or waiting (for reports).
 nsecs_t virtualTimeWaited();
