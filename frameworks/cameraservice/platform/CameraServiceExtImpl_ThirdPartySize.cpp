@@ -29,7 +29,7 @@ void CameraServiceExtImpl::limitThirdPartyAppSize(const String16& cameraId, Came
     const int id = cameraIdOf(cameraId);
     if (mApplyThirdPartySettings && mMotorManager != nullptr) {
         mMotorManager->checkIfLimitSize(currentPackageName(), id);
-        if (mMotorManager->hasThirdAppSizeLimit()) {
+        if (mMotorManager->hasSizeLimit()) {
             limitSize(kMotorLimitWidth, kMotorLimitHeight, info, false);
         }
     }

@@ -17,7 +17,7 @@ void MotorManager::handleMotor(bool closing, int, int, const String8&, const Str
     mIsOpenCameraUpMotor = !closing;
 }
 void MotorManager::checkIfLimitSize(const String8&, int) {}
-bool MotorManager::hasThirdAppSizeLimit() const {
+bool MotorManager::hasSizeLimit() const {
     return false;
 }
 void MotorManager::resetThirdAppParameters() {}

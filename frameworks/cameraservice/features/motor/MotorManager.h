@@ -41,9 +41,8 @@ public:
                      const String8& packageName);
     // Sets the third-party size limits of the app on `cameraId`.
     void checkIfLimitSize(const String8& packageName, int cameraId);
-    // True while checkIfLimitSize left a size limit set (main preview, sub preview or sub
-    // texture); the platform size rules then cut the app's stream sizes.
-    bool hasThirdAppSizeLimit() const;
+    // At least one size limit set by checkIfLimitSize is active.
+    bool hasSizeLimit() const;
     void resetThirdAppParameters();
 
     // The module is up (shared by every user of the motor).
