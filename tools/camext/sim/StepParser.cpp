@@ -334,7 +334,7 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
         if (want(v["services"], Json::Type::Object, p)) {
             onlyKeys(v["services"], p,
                      {"performance", "camera_extension", "camera_mdm", "battery", "camera_service",
-                      "kairo", "thermal_hal", "sensors"});
+                      "kairo", "thermal_hal", "sensors", "media"});
             for (const auto& m : v["services"].members())
                 want(m.second, Json::Type::Array, memberPath(p, m.first));
         }
