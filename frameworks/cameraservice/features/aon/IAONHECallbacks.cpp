@@ -82,7 +82,7 @@ status_t BnAONHECallbacks::onTransact(uint32_t code, const Parcel& data, Parcel*
     if (code < TRANSACTION_onOpened || code > TRANSACTION_onHEDetected) {
         return BBinder::onTransact(code, data, reply, flags);
     }
-    if (!data.checkInterface(this)) return BAD_TYPE;
+    if (!data.enforceInterface(IAONHECallbacks::descriptor)) return BAD_TYPE;
     int32_t errorCode = 0;
     if (code == TRANSACTION_onError) {
         status_t res = data.readInt32(&errorCode);
