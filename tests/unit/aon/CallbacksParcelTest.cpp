@@ -127,15 +127,6 @@ TEST(AONCallbacksProxyTest, WritesTokenAndArgumentsOneWay) {
     hostctl::clearBinders();
 }
 
-TEST(AONCallbacksProxyTest, LocalStubIsCalledDirectly) {
-    sp<RecordingCallbacks> stub = new RecordingCallbacks();
-    sp<IBinder> binder = IInterface::asBinder(stub);
-    sp<IAONHECallbacks> callbacks = interface_cast<IAONHECallbacks>(binder);
-    EXPECT_EQ(stub.get(), callbacks.get());
-    callbacks->onError(2);
-    EXPECT_EQ(std::vector<std::string>{"onError(2)"}, stub->calls);
-}
-
 TEST(AONCallbacksProxyTest, DeadOrNullBinderFailsQuietly) {
     EXPECT_EQ(nullptr, interface_cast<IAONHECallbacks>(nullptr).get());
     sp<hostctl::HostBinder> app = hostctl::createBinder("aon-dead", kDescriptor);

@@ -1,7 +1,6 @@
 // The probe of the media devices for the front sensor, and the power requests, on devices that
 // report odd things.
 #include <hostctl/Services.h>
-#include <signal.h>
 #include <string.h>
 
 #include "AONTestSupport.h"
@@ -81,26 +80,6 @@ TEST_F(ProbeTest, KeepsTheFirstFiveSensorsAndAsksOnlyThem) {
     EXPECT_EQ(AON_OPEN, static_cast<int32_t>(gAONStatus));
     EXPECT_TRUE(mediaCalls().empty());
     EXPECT_EQ(std::vector<std::string>{"onOpened"}, aontest::callbackCalls(*app));
-}
-
-TEST_F(ProbeTest, InstallsTheSignalHandlerWithSignalInformation) {
-    hostctl::setMediaDevices({});
-    EXPECT_EQ(0, ext->getAONcamdev());
-    struct sigaction current;
-    ASSERT_EQ(0, sigaction(29, nullptr, &current));
-    EXPECT_TRUE(current.sa_flags & SA_SIGINFO);
-    EXPECT_EQ(&CameraServiceExtImpl::aon_signal_handler, current.sa_sigaction);
-    EXPECT_EQ(0, ext->initAONSignal());
-}
-
-TEST_F(ProbeTest, OpenWithNullBinderChangesNothing) {
-    probeFront();
-    sp<IBinder> none;
-    testsupport::LogCapture log;
-    EXPECT_EQ(OK, ext->openAON(none));
-    EXPECT_TRUE(log.contains("openAON: callback is null"));
-    EXPECT_EQ(AON_IDLE, static_cast<int32_t>(gAONStatus));
-    EXPECT_EQ(nullptr, mAONHECallback.get());
 }
 
 TEST_F(ProbeTest, BinderOfAnotherInterfaceIsCalledAsACallback) {
