@@ -8,15 +8,16 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "features/aon/IAONHECallbacks.h"
 #include "utils/JsonParser.h"
 #include "utils/VantuLog.h"
 
 namespace android {
 
 char CamSubDeV[kAONMaxSubDevices][kAONSubDevPathSize];
-uint16_t CamFrontIndex = kAONNoFrontCamera;
+vantu::Relaxed<uint16_t> CamFrontIndex{kAONNoFrontCamera};
 vantu::Relaxed<int32_t> gAONStatus{AON_IDLE};
-sp<IBinder> mAONHECallback;
+sp<IAONHECallbacks> mAONHECallback;
 
 const char kDefaultInstanceName[] = "default";
 const String16 kSystemCameraPermission("android.permission.SYSTEM_CAMERA");

@@ -20,7 +20,8 @@
  *   CameraServiceExtImpl_SurfaceLimit.cpp     surface size limit of third-party apps
  *   CameraServiceExtImpl_Avatar.cpp           the avatar feature's hooks
  *   CameraServiceExtImpl_FrameProcessing.cpp  the frame-processing engine per configuration
- *   CameraServiceExtImpl_DeviceServices.cpp   scheduling, JPEG sizing, always-on camera
+ *   CameraServiceExtImpl_DeviceServices.cpp   scheduling, JPEG sizing, provider events
+ *   CameraServiceExtImpl_AON.cpp              the always-on camera
  *   CameraServiceExtImpl_API1.cpp             legacy API1 defaults
  */
 #ifndef VANTU_CAMERASERVICE_CAMERASERVICEEXTIMPL_H
@@ -104,12 +105,14 @@ enum AONStatus : int32_t {
 };
 // Sensor sub-device paths found by the probe, in discovery order.
 extern char CamSubDeV[kAONMaxSubDevices][kAONSubDevPathSize];
-// Index into CamSubDeV of the front sensor; kAONNoFrontCamera while none is known.
-extern uint16_t CamFrontIndex;
+// Index into CamSubDeV of the front sensor; kAONNoFrontCamera while none is known. The probe
+// writes it on the caller's binder thread while open and close read it under the always-on lock.
+extern vantu::Relaxed<uint16_t> CamFrontIndex;
 // One of AONStatus; shared by the connect hooks and the always-on camera.
 extern vantu::Relaxed<int32_t> gAONStatus;
-// The always-on app's callback ("android.hardware.IAONHECallbacks"), null when none.
-extern sp<IBinder> mAONHECallback;
+// The always-on app's callback, null when none; changed only under the always-on lock.
+class IAONHECallbacks;
+extern sp<IAONHECallbacks> mAONHECallback;
 
 // Module constants of the extension object.
 extern const char kDefaultInstanceName[];       // "default": the HAL service instance asked for
@@ -308,10 +311,14 @@ public:
     bool isWeChatRequestTimeOut() override;
     void preOpenCamera() override;
     bool checkFilterVideoTimestamp(bool enable) override;
+
+    // ---- Always-on camera (CameraServiceExtImpl_AON.cpp) ----
     status_t openAON(sp<IBinder>& callback) override;
     status_t closeAON() override;
-    // Probes the media devices for the front sensor and installs the signal handler.
+    // Probes the media devices for the front sensor and installs the signal handler; the result
+    // of installing it.
     int32_t getAONcamdev();
+    // Installs aon_signal_handler for the driver's signal; sigaction's result.
     int32_t initAONSignal();
     static void aon_signal_handler(int sig, siginfo_t* info, void* context);
 

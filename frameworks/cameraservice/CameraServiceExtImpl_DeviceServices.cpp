@@ -1,6 +1,6 @@
 /*
  * Device services of the platform: thread scheduling class, pre-open notice, JPEG buffer sizing,
- * timestamps, and the always-on camera.
+ * timestamps, and the provider events that end an always-on session.
  */
 #include <limits.h>
 #include <vendor/vantu/hardware/cameraextension/1.0/ICameraExtensionService.h>
@@ -86,23 +86,5 @@ status_t CameraServiceExtImpl::enumerateProviders() {
 void CameraServiceExtImpl::binderDied(const wp<IBinder>&) {
     enumerateProviders();
 }
-
-status_t CameraServiceExtImpl::openAON(sp<IBinder>&) {
-    return OK;
-}
-
-status_t CameraServiceExtImpl::closeAON() {
-    return OK;
-}
-
-int32_t CameraServiceExtImpl::getAONcamdev() {
-    return 0;
-}
-
-int32_t CameraServiceExtImpl::initAONSignal() {
-    return 0;
-}
-
-void CameraServiceExtImpl::aon_signal_handler(int, siginfo_t*, void*) {}
 
 }  // namespace android

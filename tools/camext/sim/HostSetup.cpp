@@ -9,6 +9,7 @@
 
 #include "hostctl/Binder.h"
 #include "hostctl/HostEnv.h"
+#include "hostctl/MediaDevices.h"
 #include "hostctl/Properties.h"
 #include "hostctl/Services.h"
 #include "hostctl/VendorTags.h"
@@ -53,14 +54,27 @@ bool setUpVendorTags(const Device& d, std::string* error) {
     return true;
 }
 
+// The media controller "/dev/media0" and its sensor sub-devices, when the device has them.
+void setUpMediaDevices(const Json& media) {
+    std::vector<hostctl::MediaDevice> devices;
+    if (media.isObject()) {
+        hostctl::MediaDevice dev;
+        if (media.has("model")) dev.model = media["model"].asString();
+        for (const auto& sensor : media["sensors"].items()) {
+            hostctl::MediaEntity e;
+            e.name = sensor["name"].asString();
+            e.position = static_cast<uint16_t>(sensor["position"].asInt());
+            e.powerFails = sensor["power_fails"].asBool();
+            dev.entities.push_back(e);
+        }
+        devices.push_back(dev);
+    }
+    hostctl::setMediaDevices(devices);
+}
+
 bool setUpServices(Session& session, std::string* error) {
     const Json& s = session.scenario().device.services;
-    if (s.has("media")) {
-        *error =
-            "device.services.media: this host has no media controller for the always-on "
-            "camera probe";
-        return false;
-    }
+    setUpMediaDevices(s["media"]);
     hostctl::ServicesConfig config;
     config.motor = s["motor"].asBool();
     config.kairo = s["kairo"].isObject();

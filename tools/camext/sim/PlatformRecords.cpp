@@ -51,7 +51,7 @@ std::string aonCallbackName(uint32_t code, bool hasArg, int32_t arg) {
         case 3:
             return "onError" + suffix;
         case 4:
-            return "onDetection" + suffix;
+            return "onHEDetected" + suffix;
         default:
             return "transact(" + std::to_string(code) + ")";
     }

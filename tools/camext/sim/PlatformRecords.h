@@ -25,7 +25,7 @@ private:
 };
 
 // The always-on camera callback's calls by code: 1 "onOpened", 2 "onClosed", 3 "onError(n)",
-// 4 "onDetection(n)"; `arg` is the first int32 after the interface token, if any.
+// 4 "onHEDetected(n)"; `arg` is the first int32 after the interface token, if any.
 std::string aonCallbackName(uint32_t code, bool hasArg, int32_t arg);
 
 }  // namespace sim

@@ -249,12 +249,15 @@ void Parser::services(const Json& v, const std::string& path) {
                     const Json& s = m["sensors"].items()[i];
                     const std::string sp = indexPath(memberPath(p, "sensors"), i);
                     if (!want(s, Json::Type::Object, sp)) continue;
-                    onlyKeys(s, sp, {"name", "position"});
+                    onlyKeys(s, sp, {"name", "position", "power_fails"});
                     if (require(s, "name", sp))
                         want(s["name"], Json::Type::String, memberPath(sp, "name"));
+                    // The driver answers the position request with 16 bits.
                     if (require(s, "position", sp)) {
-                        wantInt(s["position"], memberPath(sp, "position"), 0, kInt32Max);
+                        wantInt(s["position"], memberPath(sp, "position"), 0, 65535);
                     }
+                    if (s.has("power_fails"))
+                        want(s["power_fails"], Json::Type::Bool, memberPath(sp, "power_fails"));
                 }
             }
         }

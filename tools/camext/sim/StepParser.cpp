@@ -351,7 +351,7 @@ void Parser::expect(const Json& v, const std::string& path, const std::string& a
         if (want(v["services"], Json::Type::Object, p)) {
             onlyKeys(v["services"], p,
                      {"performance", "camera_extension", "camera_mdm", "battery", "camera_service",
-                      "kairo", "thermal_hal", "sensors", "aps"});
+                      "kairo", "thermal_hal", "sensors", "aps", "media"});
             for (const auto& m : v["services"].members()) {
                 // "kairo" counts the thermal service's transactions.
                 if (m.first == "kairo" && m.second.isInt()) continue;
