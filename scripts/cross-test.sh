@@ -34,11 +34,23 @@ if [ ${#missing[@]} -ne 0 ]; then
     $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
 
-# AArch64: char is unsigned, long is 64-bit. Every test runs under qemu-aarch64.
-if [ ! -f "$dir/build.ninja" ]; then
-    cmake -S . -B "$dir" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$PWD/scripts/aarch64-linux-gnu.cmake" \
-        -DCAMEXT_BUILD_BENCH=OFF >/dev/null
+# Debian's arm64 libbacktrace, which libutils loads, needs 7z.so from /usr/lib/p7zip: a path
+# that the build machine's own p7zip holds. The arm64 copy is unpacked into a root of its own,
+# where the linker (-rpath-link) and qemu (QEMU_LD_PREFIX) find it.
+mkdir -p "$dir"
+extra_root="$(cd "$dir" && pwd)/arm64-root"
+if [ ! -f "$extra_root/usr/lib/p7zip/7z.so" ]; then
+    tmp=$(mktemp -d)
+    (cd "$tmp" && apt-get download -qq p7zip-full:arm64 2>/dev/null)
+    dpkg-deb -x "$tmp"/p7zip-full_*_arm64.deb "$extra_root"
+    rm -rf "$tmp"
 fi
+export QEMU_LD_PREFIX="$extra_root"
+
+# AArch64: char is unsigned, long is 64-bit. Every test runs under qemu-aarch64.
+cmake -S . -B "$dir" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$PWD/scripts/aarch64-linux-gnu.cmake" \
+    -DCMAKE_EXE_LINKER_FLAGS="-Wl,-rpath-link,$extra_root/usr/lib/p7zip" \
+    -DCAMEXT_BUILD_BENCH=OFF >/dev/null
 cmake --build "$dir" -- -k 0
 (cd "$dir" && ctest --output-on-failure -j"$jobs")
 
