@@ -12,9 +12,8 @@
  * a device's request thread; "result thread" the thread that delivers a device's results and
  * buffers. Hooks never throw; a failure degrades to the documented default.
  *
- * The server must provide the virtual CameraService::updateTorchAvailability(const String8&
- * cameraId, bool available): afterDisconnect uses it to tell the server that the torch of a
- * camera is available again.
+ * afterDisconnect tells the server that the torch of a camera is available again through the
+ * server's own CameraProviderManager::StatusListener::onTorchStatusChanged(cameraId, status).
  */
 #ifndef VANTU_CONTRACT_ICAMERASERVICEEXT_H
 #define VANTU_CONTRACT_ICAMERASERVICEEXT_H

@@ -1,10 +1,10 @@
 /*
  * Connect: admission of a client, the record of the current client and its identity.
  */
-#include <binder/IPCThreadState.h>
 #include <inttypes.h>
 #include <mediautils/BatteryNotifier.h>
 #include <string.h>
+#include <utils/CameraThreadState.h>
 #include <vendor/vantu/hardware/cameraMDM/1.0/IVantuCameraMDM.h>
 
 #include "CameraServiceExtImpl.h"
@@ -138,9 +138,10 @@ bool CameraServiceExtImpl::afterConnect(const String8& cameraId, const String16&
         customSaveIntelligentEviction(id, clientPackageName);
         if (id >= 0) storeClient(id, client);
         if (mAuthAppManager != nullptr) {
-            IPCThreadState* ipc = IPCThreadState::self();
-            mAuthAppManager->checkAuthResult(
-                ipc->getCallingPid(), static_cast<int>(ipc->getCallingUid()), packageName, device);
+            // The caller's identity, also when a native client opened the camera over hwbinder.
+            mAuthAppManager->checkAuthResult(CameraThreadState::getCallingPid(),
+                                             CameraThreadState::getCallingUid(), packageName,
+                                             device);
         }
     }
 
@@ -210,7 +211,9 @@ void CameraServiceExtImpl::notifyDeviceStateChange(uint64_t state) {
 }
 
 void CameraServiceExtImpl::notifyCameraMDM(const char* who) {
-    sp<IVantuCameraMDM> mdm = IVantuCameraMDM::getService(kDefaultInstanceName);
+    // The policy service is optional: getService would wait forever for one declared in the
+    // device manifest but not running, inside an app's open or torch call.
+    sp<IVantuCameraMDM> mdm = IVantuCameraMDM::tryGetService(kDefaultInstanceName);
     if (mdm == nullptr) return;
     // The policy service only takes note; its answer changes nothing here.
     mdm->notifyCameraPackage(who).isOk();

@@ -42,9 +42,10 @@ void CameraServiceExtImpl::afterDisconnect(String8 cameraId, String16 clientPack
 
     resetDisconnectState(id, false);
 
-    // An auxiliary camera held the flash unit; the main camera's torch is free again.
+    // An auxiliary camera held the flash unit; the main camera's torch is free again. The
+    // server's own torch status entry point records it and tells the torch listeners.
     if (getBool("feature_flash_enable", true, nullptr) && id >= 2 && service != nullptr) {
-        service->updateTorchAvailability(String8("0"), true);
+        service->onTorchStatusChanged(String8("0"), TorchModeStatus::AVAILABLE_OFF);
     }
 
     signalDisconnectWaiter(false);

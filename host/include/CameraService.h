@@ -3,9 +3,9 @@
  * it: the service itself, reached through a strong reference, and BasicClient, the base of every
  * client connected to a camera.
  *
- * On a phone CameraService is also the binder service "media.camera", a death recipient and the
- * provider manager's status listener; those roles belong to the server and are left out here, so
- * the host class derives only from RefBase.
+ * On a phone CameraService is also the binder service "media.camera" and a death recipient;
+ * those roles belong to the server and are left out here. It is the provider manager's status
+ * listener, as on a phone: the library reports torch availability through that interface.
  */
 #ifndef ANDROID_SERVERS_CAMERA_CAMERASERVICE_H
 #define ANDROID_SERVERS_CAMERA_CAMERASERVICE_H
@@ -30,7 +30,7 @@
 
 namespace android {
 
-class CameraService : public virtual RefBase {
+class CameraService : public virtual RefBase, public virtual CameraProviderManager::StatusListener {
 public:
     class BasicClient;
 
@@ -41,11 +41,6 @@ public:
     };
 
     static char const* getServiceName() { return "media.camera"; }
-
-    // Not part of AOSP: the camera server that hosts the extension library is patched to provide
-    // it. Tells the service that the torch of `cameraId` is available (or not) to torch clients
-    // again; the library calls it with ("0", true) when an auxiliary camera (id 2 and up) closes.
-    virtual void updateTorchAvailability(const String8& cameraId, bool available) = 0;
 
     // The base of every camera client, whatever its API.
     class BasicClient : public virtual RefBase {

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "hostctl/Properties.h"
 
@@ -21,6 +22,9 @@ namespace {
 struct Store {
     std::mutex lock;
     std::map<std::string, std::string, std::less<>> values;
+    // Names the writer may not set (prefixes) and the writes refused for them.
+    std::vector<std::string> refusedPrefixes;
+    std::vector<std::string> refusedWrites;
 };
 
 Store& store() {
@@ -34,6 +38,14 @@ void copyValue(char* out, const char* text) {
     const size_t length = strnlen(text, PROPERTY_VALUE_MAX - 1);
     memcpy(out, text, length);
     out[length] = '\0';
+}
+
+// Under the store's lock.
+bool writeRefused(const char* key) {
+    for (const std::string& prefix : store().refusedPrefixes) {
+        if (strncmp(key, prefix.c_str(), prefix.size()) == 0) return true;
+    }
+    return false;
 }
 
 // Copies the stored value of `key` (cut to PROPERTY_VALUE_MAX - 1 bytes); false when missing.
@@ -114,6 +126,10 @@ int property_set(const char* key, const char* value) {
     if (value == nullptr) value = "";
     if (strlen(value) >= PROPERTY_VALUE_MAX) return -1;
     std::lock_guard<std::mutex> g(store().lock);
+    if (writeRefused(key)) {
+        store().refusedWrites.push_back(key);
+        return -1;
+    }
     auto it = store().values.find(key);
     if (it != store().values.end() && strncmp(key, "ro.", 3) == 0) return -1;
     store().values[key] = value;
@@ -150,6 +166,17 @@ void clearProperties() {
 std::map<std::string, std::string> properties() {
     std::lock_guard<std::mutex> g(store().lock);
     return std::map<std::string, std::string>(store().values.begin(), store().values.end());
+}
+
+void refusePropertyWrites(const std::vector<std::string>& prefixes) {
+    std::lock_guard<std::mutex> g(store().lock);
+    store().refusedPrefixes = prefixes;
+    store().refusedWrites.clear();
+}
+
+std::vector<std::string> refusedPropertyWrites() {
+    std::lock_guard<std::mutex> g(store().lock);
+    return store().refusedWrites;
 }
 
 bool loadPropertyFile(const std::string& path, std::string* error) {

@@ -1,6 +1,6 @@
 #include "platform/CameraServiceExtImpl_mtk.h"
 
-#include <binder/IPCThreadState.h>
+#include <utils/CameraThreadState.h>
 
 #include "CameraServiceExtImpl_EvictionRules.h"
 #include "utils/JsonParser.h"
@@ -29,7 +29,7 @@ bool CameraServiceExtImpl_mtk::customIntelligentEviction(int cameraId,
 
 void CameraServiceExtImpl_mtk::frontRearSwitchRule(int cameraId, const String8& packageName) {
     if (packageName != currentPackageName()) return;
-    if (isPrivilegedApp(static_cast<int>(IPCThreadState::self()->getCallingUid()))) return;
+    if (isPrivilegedApp(CameraThreadState::getCallingUid())) return;
     // Summed wide: ids come from the server unchecked.
     const int64_t sum = static_cast<int64_t>(mLastCameraId) + cameraId;
     if (sum % 2 == 0) return;

@@ -1,12 +1,14 @@
 #include "platform/CameraServiceExtImpl_sm8250.h"
 
 #include <limits.h>
+#include <stdint.h>
 
 namespace android {
 
 namespace {
 
-constexpr long kSystemCameraExtraWaitNs = 5000000000L;
+// Five seconds do not fit a 32-bit long, the server's duration type on 32-bit ARM.
+constexpr int64_t kSystemCameraExtraWaitNs = 5000000000LL;
 
 }  // namespace
 
@@ -36,9 +38,11 @@ bool CameraServiceExtImpl_sm8250::customIntelligentEviction(int cameraId,
 
 void CameraServiceExtImpl_sm8250::modifyWaitDuration(long& duration, long defaultDuration) {
     if (!isSystemCameraPkgName(String8(getAPKPackageName()).string())) return;
-    duration = defaultDuration > LONG_MAX - kSystemCameraExtraWaitNs
-                   ? LONG_MAX
-                   : defaultDuration + kSystemCameraExtraWaitNs;
+    // Summed in 64 bits and held to what a long can carry back.
+    const int64_t base = defaultDuration;
+    const int64_t wanted =
+        base > INT64_MAX - kSystemCameraExtraWaitNs ? INT64_MAX : base + kSystemCameraExtraWaitNs;
+    duration = wanted > LONG_MAX ? LONG_MAX : static_cast<long>(wanted);
 }
 
 void CameraServiceExtImpl_sm8250::limitSize(const String16&, const char*, CameraMetadata*) {}

@@ -6,11 +6,12 @@
 #ifndef VANTU_CAMERASERVICE_UTILS_CONFIGKEYS_H
 #define VANTU_CAMERASERVICE_UTILS_CONFIGKEYS_H
 
-#include <json-c/json.h>
 #include <stddef.h>
 #include <stdint.h>
 
 #include <string_view>
+
+#include "utils/JsonC.h"
 
 namespace android {
 namespace vantu {

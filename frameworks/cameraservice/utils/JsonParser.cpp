@@ -20,7 +20,7 @@ constexpr off_t kMaxFileBytes = 16 * 1024 * 1024;
 
 // json-c's message about the last failure, without its trailing newline.
 std::string lastJsonError() {
-    const char* text = json_util_get_last_err();
+    const char* text = vantu::jsonLastError();
     std::string error = text != nullptr ? text : "unknown error";
     while (!error.empty() && (error.back() == '\n' || error.back() == '\r')) error.pop_back();
     return error;

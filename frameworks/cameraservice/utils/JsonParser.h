@@ -10,7 +10,6 @@
 #ifndef VANTU_CAMERASERVICE_UTILS_JSONPARSER_H
 #define VANTU_CAMERASERVICE_UTILS_JSONPARSER_H
 
-#include <json-c/json.h>
 #include <stdint.h>
 #include <string.h>
 #include <utils/RefBase.h>
@@ -19,6 +18,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "utils/JsonC.h"
 
 namespace android {
 

@@ -1,7 +1,6 @@
 #include "utils/VantuLog.h"
 
 #include <android/log.h>
-#include <binder/IPCThreadState.h>
 #include <ctype.h>
 #include <cutils/properties.h>
 #include <errno.h>
@@ -9,6 +8,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <utils/CameraThreadState.h>
 
 #include <atomic>
 
@@ -109,5 +109,5 @@ int cameraIdToInt(const android::String8& id) {
 }
 
 pid_t getCallingPid() {
-    return android::IPCThreadState::self()->getCallingPid();
+    return android::CameraThreadState::getCallingPid();
 }

@@ -53,7 +53,7 @@ void clearLogFlag();
 // when the text is not one clean number below 2^31.
 int cameraIdToInt(const android::String8& id);
 
-// The calling process of the current binder transaction.
+// The calling process of the current binder or hwbinder call (0 on a one-way binder call).
 pid_t getCallingPid();
 
 namespace android {

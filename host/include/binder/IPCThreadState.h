@@ -48,9 +48,10 @@ public:
 
     static const int32_t kUnsetWorkSource = -1;
 
-    // Host control (used by hostctl/Binder.h): the identity this thread's incoming call has, or
-    // back to the process's own identity.
-    void setCallingIdentityForHost(uid_t uid, pid_t pid);
+    // Host control (used by hostctl/Binder.h): the identity and binder flags of this thread's
+    // incoming call, or back to the process's own identity. A one-way call has no calling pid
+    // (0), as the binder driver delivers it.
+    void setCallingIdentityForHost(uid_t uid, pid_t pid, uint32_t flags = 0);
     void resetCallingIdentityForHost();
     bool hasCallingIdentityForHost() const { return mHasCallingIdentity; }
 

@@ -3,8 +3,9 @@
  * generated getService, tryGetService and registerAsService.
  *
  * The host registry is an in-process table keyed by interface descriptor and instance name.
- * getService does not wait for a missing service (there is no device manifest on the host to
- * say one is coming), so it answers like tryGetService.
+ * tryGetService never waits. getService waits for a missing instance that the device manifest
+ * declares (hostctl::declareService), as on a phone, where that wait has no end; the host gives
+ * up after one second and answers null. An undeclared instance answers null at once.
  */
 #ifndef ANDROID_HIDL_SERVICE_MANAGEMENT_H
 #define ANDROID_HIDL_SERVICE_MANAGEMENT_H

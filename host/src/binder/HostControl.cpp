@@ -10,8 +10,16 @@ namespace hostctl {
 
 using android::IPCThreadState;
 
-void setCallingIdentity(uid_t uid, pid_t pid) {
-    IPCThreadState::self()->setCallingIdentityForHost(uid, pid);
+void setCallingIdentity(uid_t uid, pid_t pid, uint32_t flags) {
+    IPCThreadState::self()->setCallingIdentityForHost(uid, pid, flags);
+}
+
+void setHwbinderCallingIdentity(uid_t uid, pid_t pid) {
+    android::hostbinder::setHwbinderCall(uid, pid);
+}
+
+void resetHwbinderCallingIdentity() {
+    android::hostbinder::endHwbinderCall();
 }
 
 void resetCallingIdentity() {

@@ -20,6 +20,10 @@ Identity processIdentity();
 void setProcessIdentity(uid_t uid, pid_t pid);
 void resetProcessIdentity();
 
+// The hwbinder call the current thread serves, which CameraThreadState reports.
+void setHwbinderCall(uid_t uid, pid_t pid);
+void endHwbinderCall();
+
 }  // namespace hostbinder
 }  // namespace android
 

@@ -1,3 +1,4 @@
+#include <binder/IBinder.h>
 #include <binder/IPCThreadState.h>
 
 #include "HostIdentity.h"
@@ -110,10 +111,11 @@ void IPCThreadState::restoreCallingIdentity(int64_t token) {
 
 void IPCThreadState::flushCommands() {}
 
-void IPCThreadState::setCallingIdentityForHost(uid_t uid, pid_t pid) {
+void IPCThreadState::setCallingIdentityForHost(uid_t uid, pid_t pid, uint32_t flags) {
     mHasCallingIdentity = true;
     mCallingUid = uid;
-    mCallingPid = pid;
+    mCallingPid = (flags & IBinder::FLAG_ONEWAY) != 0 ? 0 : pid;
+    mLastTransactionBinderFlags = static_cast<int32_t>(flags);
 }
 
 void IPCThreadState::resetCallingIdentityForHost() {

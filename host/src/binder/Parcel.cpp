@@ -246,9 +246,10 @@ status_t Parcel::readAlignedRaw(void* val, size_t len) const {
     if (mDataPos > mDataSize || len > mDataSize - mDataPos) return NOT_ENOUGH_DATA;
     if (overlapsObject(mDataPos, len)) {
         __android_log_print(ANDROID_LOG_ERROR, kLogTag,
-                            "Attempt to read %zu bytes at offset %zu over a binder object", len,
-                            mDataPos);
-        return BAD_VALUE;
+                            "Attempt to read from protected data in Parcel %p", this);
+        // libbinder still moves past the bytes it refused to read.
+        mDataPos += len;
+        return PERMISSION_DENIED;
     }
     memcpy(val, mData + mDataPos, len);
     mDataPos += len;
@@ -259,7 +260,12 @@ const void* Parcel::readInplace(size_t len) const {
     if (len > INT32_MAX) return nullptr;
     const size_t padded = padSize(len);
     if (mDataPos > mDataSize || padded > mDataSize - mDataPos) return nullptr;
-    if (overlapsObject(mDataPos, padded)) return nullptr;
+    if (overlapsObject(mDataPos, padded)) {
+        __android_log_print(ANDROID_LOG_ERROR, kLogTag,
+                            "Attempt to read from protected data in Parcel %p", this);
+        mDataPos += padded;
+        return nullptr;
+    }
     const void* data = mData + mDataPos;
     mDataPos += padded;
     return data;

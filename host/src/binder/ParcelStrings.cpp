@@ -51,23 +51,22 @@ status_t Parcel::writeString16(const std::unique_ptr<String16>& str) {
 const char16_t* Parcel::readString16Raw(size_t* outLen, bool* isNull) const {
     *outLen = 0;
     *isNull = false;
-    const size_t start = mDataPos;
     int32_t size = 0;
     if (readInt32(&size) != OK) return nullptr;
     if (size == -1) {
         *isNull = true;
         return nullptr;
     }
+    // As in libbinder, a malformed string is not given back: the length stays read, and so do
+    // the units when they were all there (a string without its terminator).
     if (size >= 0 && size < INT32_MAX) {
         const char16_t* str = static_cast<const char16_t*>(
             readInplace((static_cast<size_t>(size) + 1) * sizeof(char16_t)));
-        // A string without its terminator is malformed.
         if (str != nullptr && str[size] == 0) {
             *outLen = static_cast<size_t>(size);
             return str;
         }
     }
-    mDataPos = start;
     return nullptr;
 }
 
@@ -142,7 +141,6 @@ status_t Parcel::writeUtf8AsUtf16(const std::optional<std::string>& str) {
 
 status_t Parcel::readUtf8FromUtf16(std::string* str) const {
     if (str == nullptr) return BAD_VALUE;
-    const size_t start = mDataPos;
     size_t len = 0;
     const char16_t* src = readString16Inplace(&len);
     if (src == nullptr) return UNEXPECTED_NULL;
@@ -151,10 +149,7 @@ status_t Parcel::readUtf8FromUtf16(std::string* str) const {
         return OK;
     }
     const ssize_t utf8Len = utf16_to_utf8_length(src, len);
-    if (utf8Len < 0) {
-        mDataPos = start;
-        return BAD_VALUE;
-    }
+    if (utf8Len < 0) return BAD_VALUE;
     std::vector<char> buf(static_cast<size_t>(utf8Len) + 1);
     utf16_to_utf8(src, len, buf.data(), buf.size());
     str->assign(buf.data(), static_cast<size_t>(utf8Len));
@@ -200,9 +195,9 @@ status_t Parcel::writeString8(const char* str, size_t len) {
 
 const char* Parcel::readString8Inplace(size_t* outLen) const {
     if (outLen != nullptr) *outLen = 0;
-    const size_t start = mDataPos;
     int32_t size = 0;
     if (readInt32(&size) != OK) return nullptr;
+    // A null or malformed string stays read, as in libbinder (see readString16Raw).
     if (size >= 0 && size < INT32_MAX) {
         const char* str = static_cast<const char*>(readInplace(static_cast<size_t>(size) + 1));
         if (str != nullptr && str[size] == 0) {
@@ -210,8 +205,6 @@ const char* Parcel::readString8Inplace(size_t* outLen) const {
             return str;
         }
     }
-    // A null string (-1) is consumed; a malformed one is not.
-    if (size != -1) mDataPos = start;
     return nullptr;
 }
 

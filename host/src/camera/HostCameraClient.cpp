@@ -117,10 +117,25 @@ void HostCameraClient::record(const std::string& event) {
     mEvents.push_back(event);
 }
 
-void HostCameraService::updateTorchAvailability(const android::String8& cameraId, bool available) {
-    std::lock_guard<std::mutex> lock(mLock);
-    mUpdates.push_back({cameraId.string(), available});
+void HostCameraService::onDeviceStatusChanged(const android::String8&, android::CameraDeviceStatus) {
 }
+
+void HostCameraService::onDeviceStatusChanged(const android::String8&, const android::String8&,
+                                              android::CameraDeviceStatus) {}
+
+void HostCameraService::onTorchStatusChanged(const android::String8& cameraId,
+                                             android::TorchModeStatus newStatus,
+                                             android::SystemCameraKind) {
+    onTorchStatusChanged(cameraId, newStatus);
+}
+
+void HostCameraService::onTorchStatusChanged(const android::String8& cameraId,
+                                             android::TorchModeStatus newStatus) {
+    std::lock_guard<std::mutex> lock(mLock);
+    mUpdates.push_back({cameraId.string(), newStatus != android::TorchModeStatus::NOT_AVAILABLE});
+}
+
+void HostCameraService::onNewProviderRegistered() {}
 
 std::vector<HostCameraService::TorchAvailability> HostCameraService::torchAvailabilityUpdates() const {
     std::lock_guard<std::mutex> lock(mLock);

@@ -52,6 +52,12 @@ public:
     void reset() override {
         std::lock_guard<std::mutex> g(mLock);
         mLinkAnswer = hostctl::LinkToDeathAnswer::kLinked;
+        declareHidlService(FAKE::descriptor, mInstance, false);
+    }
+
+    bool declare(bool declared) override {
+        declareHidlService(FAKE::descriptor, mInstance, declared);
+        return true;
     }
 
     void setLinkToDeathAnswer(hostctl::LinkToDeathAnswer answer) override {

@@ -19,6 +19,8 @@ public:
     // Back to default answers (the service must be stopped).
     virtual void reset() = 0;
     virtual void setLinkToDeathAnswer(hostctl::LinkToDeathAnswer) {}
+    // Names the service in the device manifest; false for a service that is not a HIDL one.
+    virtual bool declare(bool) { return false; }
 };
 
 // The controls, each living for the process.

@@ -3,6 +3,7 @@
 
 #include <map>
 
+#include "HidlRegistry.h"
 #include "ServiceControl.h"
 
 namespace hostctl {
@@ -52,6 +53,15 @@ bool isServiceRunning(const std::string& name) {
     return c != nullptr && c->running();
 }
 
+bool declareService(const std::string& name, bool declared) {
+    hostsvc::ServiceControl* c = control(name);
+    return c != nullptr && c->declare(declared);
+}
+
+size_t declaredServiceWaits() {
+    return hostsvc::hidlServiceWaits();
+}
+
 void setServiceAnswer(const std::string& name, int32_t result) {
     hostsvc::setVendorHalAnswer(name, result);
 }
@@ -66,6 +76,7 @@ void resetServices() {
         c->stop();
         c->reset();
     }
+    hostsvc::clearHidlServiceWaits();
     clearServiceCalls();
 }
 

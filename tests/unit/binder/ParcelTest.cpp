@@ -270,7 +270,7 @@ TEST(ParcelBounds, ForgedBinderRecordsAreRejected) {
     // Plain reads cannot see through a binder object.
     src.setDataPosition(0);
     int32_t w = 0;
-    EXPECT_EQ(android::BAD_VALUE, src.readInt32(&w));
+    EXPECT_EQ(android::PERMISSION_DENIED, src.readInt32(&w));
 }
 
 TEST(ParcelData, AppendFromKeepsBindersUsable) {

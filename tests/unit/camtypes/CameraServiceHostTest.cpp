@@ -79,14 +79,18 @@ TEST(HostCameraClient, AudioRestrictionAcceptsOnlyThePlatformModes) {
     EXPECT_EQ(3, c->getAudioRestriction());
 }
 
-TEST(HostCameraService, RecordsTorchAvailabilityUpdates) {
+TEST(HostCameraService, RecordsTorchStatusChangesAsAvailability) {
     sp<hostctl::HostCameraService> hostService = new hostctl::HostCameraService();
     sp<android::CameraService> service = hostService;
-    service->updateTorchAvailability(String8("0"), true);
+    service->onTorchStatusChanged(String8("0"), android::TorchModeStatus::AVAILABLE_OFF);
+    service->onTorchStatusChanged(String8("2"), android::TorchModeStatus::NOT_AVAILABLE,
+                                  android::SystemCameraKind::PUBLIC);
     auto updates = hostService->torchAvailabilityUpdates();
-    ASSERT_EQ(1u, updates.size());
+    ASSERT_EQ(2u, updates.size());
     EXPECT_EQ("0", updates[0].cameraId);
     EXPECT_TRUE(updates[0].available);
+    EXPECT_EQ("2", updates[1].cameraId);
+    EXPECT_FALSE(updates[1].available);
 }
 
 TEST(HostCameraServiceListener, RecordsTorchStatusChanges) {

@@ -28,7 +28,10 @@ inline std::string simFile(const std::string& name) {
 
 // Runs camext with `args` (shell words), stdout and stderr together unless `args` redirects.
 inline CamextRun camext(const std::string& args) {
-    const std::string cmd = buildDir() + "/bin/camext " + args + " 2>&1";
+    // In a cross build camext runs through the same emulator as the tests.
+    const std::string emulator = CAMEXT_EMULATOR;
+    const std::string cmd =
+        (emulator.empty() ? "" : emulator + " ") + buildDir() + "/bin/camext " + args + " 2>&1";
     CamextRun r;
     FILE* p = popen(cmd.c_str(), "r");
     if (p == nullptr) return r;

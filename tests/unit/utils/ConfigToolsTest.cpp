@@ -37,7 +37,9 @@ protected:
 
     ToolRun camext(const std::string& args) {
         const std::string out = scratch.path() + "/out", err = scratch.path() + "/err";
-        const std::string cmd = "'" + tool + "' " + args + " >'" + out + "' 2>'" + err + "'";
+        const std::string emulator = CAMEXT_EMULATOR;
+        const std::string cmd = (emulator.empty() ? "" : emulator + " ") + "'" + tool + "' " +
+                                args + " >'" + out + "' 2>'" + err + "'";
         ToolRun r;
         const int raw = system(cmd.c_str());
         r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;

@@ -1,5 +1,7 @@
 // Client actions played as the camera server plays them: open, close, the characteristics
 // query and custom transactions, each in the server's order of hooks.
+#include <binder/IPCThreadState.h>
+#include <hostctl/Binder.h>
 #include <utils/String16.h>
 #include <utils/String8.h>
 
@@ -194,7 +196,14 @@ void actTransact(Session& session, StepRun& run) {
         return;
     }
     data->setDataPosition(0);
+    // A one-way call reaches the server without the caller's pid, as the binder driver sends it.
+    const android::IPCThreadState* ipc = android::IPCThreadState::self();
+    const uid_t callerUid = ipc->getCallingUid();
+    const pid_t callerPid = ipc->getCallingPid();
+    const bool oneway = (flags & android::IBinder::FLAG_ONEWAY) != 0;
+    if (oneway) hostctl::setCallingIdentity(callerUid, callerPid, flags);
     const android::status_t st = host.ext->onTransact(code, *data, reply.get(), flags);
+    if (oneway) hostctl::setCallingIdentity(callerUid, callerPid);
     const Json items = a["parcel"].isNull() ? Json::array() : a["parcel"];
     run.call("onTransact(" + std::to_string(code) + ", " + items.dump() + ", flags " +
              std::to_string(flags) + ") = " + std::to_string(st) + ", reply " +

@@ -24,8 +24,16 @@ namespace hostctl {
 // ---- Calling identity ------------------------------------------------------------------------
 
 // The identity (uid, pid) of the incoming call the current thread serves, as
-// IPCThreadState::getCallingUid()/getCallingPid() report it on this thread.
-void setCallingIdentity(uid_t uid, pid_t pid);
+// IPCThreadState::getCallingUid()/getCallingPid() report it on this thread. With `flags` holding
+// IBinder::FLAG_ONEWAY the call is one-way and, as the binder driver delivers it, has no calling
+// pid: getCallingPid() reports 0.
+void setCallingIdentity(uid_t uid, pid_t pid, uint32_t flags = 0);
+
+// The current thread serves a hwbinder call from (uid, pid), e.g. a native client of the camera
+// server's HIDL interface: CameraThreadState reports this identity while binder's IPCThreadState
+// reports the process's own, as on a phone. Reset: the thread serves no hwbinder call.
+void setHwbinderCallingIdentity(uid_t uid, pid_t pid);
+void resetHwbinderCallingIdentity();
 // This thread serves no call any more: it sees the process identity again.
 void resetCallingIdentity();
 

@@ -79,7 +79,8 @@ private:
     android::CaptureResultExtras mLastErrorExtras;
 };
 
-// The camera service the library is handed on disconnect. Records torch availability updates.
+// The camera service the library is handed on disconnect. Records the torch status changes it
+// is told of as availability updates: (camera id, status other than NOT_AVAILABLE).
 class HostCameraService : public android::CameraService {
 public:
     struct TorchAvailability {
@@ -88,7 +89,16 @@ public:
     };
 
     HostCameraService() {}
-    void updateTorchAvailability(const android::String8& cameraId, bool available) override;
+    void onDeviceStatusChanged(const android::String8& cameraId,
+                               android::CameraDeviceStatus newStatus) override;
+    void onDeviceStatusChanged(const android::String8& cameraId,
+                               const android::String8& physicalCameraId,
+                               android::CameraDeviceStatus newStatus) override;
+    void onTorchStatusChanged(const android::String8& cameraId, android::TorchModeStatus newStatus,
+                              android::SystemCameraKind kind) override;
+    void onTorchStatusChanged(const android::String8& cameraId,
+                              android::TorchModeStatus newStatus) override;
+    void onNewProviderRegistered() override;
 
     std::vector<TorchAvailability> torchAvailabilityUpdates() const;
     void clearUpdates();

@@ -78,6 +78,14 @@ void stopService(const std::string& name);
 bool killService(const std::string& name);
 bool isServiceRunning(const std::string& name);
 
+// Names a HIDL service in the device manifest (or takes it out; resetServices takes every one
+// out). As on a phone, getService for a declared service that is not running waits for it, while
+// tryGetService answers null at once. On a phone the wait has no end; the host gives up after one
+// second and answers null. False for a name that is not a HIDL service.
+bool declareService(const std::string& name, bool declared = true);
+// getService calls that waited for a declared service, since the last resetServices.
+size_t declaredServiceWaits();
+
 // What a scenario's device "services" object describes.
 struct ServicesConfig {
     bool motor = false;
