@@ -65,7 +65,7 @@ void CameraServiceExtImpl::wakeCameraExtension() {
     using vendor::vantu::hardware::cameraextension::V1_0::ICameraExtensionService;
     if (EXT_LOG_ON()) EXT_LOG(1, "preOpenCamera");
     sp<ICameraExtensionService> service =
-        ICameraExtensionService::getService("cameraextensionservice");
+        ICameraExtensionService::tryGetService("cameraextensionservice");
     if (service == nullptr) {
         EXT_LOG(0, "connect cameraextensionservice fail");
         return;

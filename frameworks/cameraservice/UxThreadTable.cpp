@@ -71,9 +71,9 @@ uint32_t UxThreadTable::flagAt(int index) const {
 }
 
 sp<IPerformance> UxThreadTable::service(sp<IPerformance>* cache) {
-    if (cache == nullptr) return IPerformance::getService("default");
+    if (cache == nullptr) return IPerformance::tryGetService("default");
     std::lock_guard<std::mutex> g(mServiceLock);
-    if (*cache == nullptr) *cache = IPerformance::getService("default");
+    if (*cache == nullptr) *cache = IPerformance::tryGetService("default");
     return *cache;
 }
 

@@ -12,7 +12,7 @@ namespace {
 struct SwitchMemo {
     const JsonParser* parser = nullptr;
     const char* package = nullptr;
-    RequestSwitches switches{true, false, false};
+    RequestSwitches switches{true, false};
 };
 
 thread_local SwitchMemo tMemo;

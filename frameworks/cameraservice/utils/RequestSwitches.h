@@ -11,8 +11,8 @@ namespace android {
 namespace vantu {
 
 struct RequestSwitches {
-    bool flashEnable;        // "feature_flash_enable", default true
-    bool foldEnable;         // "feature_fold_enable", default false
+    bool flashEnable;  // "feature_flash_enable", default true
+    bool foldEnable;   // "feature_fold_enable", default false
 };
 
 // The switches as getBool answers them for the current package.

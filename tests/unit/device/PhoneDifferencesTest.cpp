@@ -17,6 +17,7 @@
 #include "hostctl/CameraHost.h"
 #include "hostctl/Properties.h"
 #include "hostctl/Services.h"
+#include "platform/CameraServiceExtImpl_sm8450.h"
 #include "support/TestSupport.h"
 #include "unit/transact/TransactTestSupport.h"
 #include "utils/VantuLog.h"
@@ -82,6 +83,17 @@ TEST_F(PhoneDifferences, RunningPolicyServiceStillHearsOfTheOpen) {
     const auto calls = hostctl::serviceCallsOf(hostctl::kCameraMdmHal);
     ASSERT_EQ(1u, calls.size());
     EXPECT_EQ("notifyCameraPackage(com.example.app)", calls[0].text());
+}
+
+// The scheduling and pre-open hooks run on the server's open path: a performance or
+// camera-extension service that the manifest declares but that is not running must not hold them.
+TEST_F(PhoneDifferences, DeclaredButAbsentSchedulingServicesDoNotHoldUpTheHooks) {
+    ASSERT_TRUE(hostctl::declareService(hostctl::kPerformanceHal));
+    ASSERT_TRUE(hostctl::declareService(hostctl::kCameraExtensionHal));
+    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl_sm8450();
+    ext->SetUxthread(1);
+    ext->preOpenCamera();
+    EXPECT_EQ(0u, hostctl::declaredServiceWaits());
 }
 
 // ---- Caller identity: hwbinder calls and one-way binder calls ---------------------------------
