@@ -155,7 +155,23 @@ void HostOutputStream::failNextFinishConfiguration(status_t result) {
 
 std::vector<std::string> HostOutputStream::calls() const {
     std::lock_guard<std::mutex> lock(mLock);
-    return std::vector<std::string>(mCalls.begin(), mCalls.end());
+    std::vector<std::string> out;
+    out.reserve(mCalls.size());
+    for (const CallRecord& r : mCalls) {
+        switch (r.form) {
+            case CallRecord::kName:
+                out.emplace_back(r.name);
+                break;
+            case CallRecord::kResult:
+                out.push_back(std::string(r.name) + " -> " + std::to_string(r.result));
+                break;
+            case CallRecord::kReturnBuffer:
+                out.push_back("returnBuffer(frame " + std::to_string(r.frameNumber) +
+                              (r.error ? ", error)" : ")") + " -> 0");
+                break;
+        }
+    }
+    return out;
 }
 
 void HostOutputStream::clearCalls() {
@@ -186,13 +202,21 @@ std::vector<uint8_t> HostOutputStream::bufferContents(size_t index) const {
     return std::vector<uint8_t>(bytes, bytes + mBuffers[index].size);
 }
 
-void HostOutputStream::recordLocked(std::string call) {
-    mCalls.push_back(std::move(call));
+void HostOutputStream::pushRecordLocked(const CallRecord& record) {
+    mCalls.push_back(record);
     if (mCalls.size() > kMaxRecords) mCalls.pop_front();
 }
 
+void HostOutputStream::recordLocked(const char* call) {
+    pushRecordLocked({call, OK, 0, CallRecord::kName, false});
+}
+
 void HostOutputStream::recordLocked(const char* call, status_t result) {
-    recordLocked(std::string(call) + " -> " + std::to_string(result));
+    pushRecordLocked({call, result, 0, CallRecord::kResult, false});
+}
+
+void HostOutputStream::recordReturnLocked(uint64_t frameNumber, bool error) {
+    pushRecordLocked({"returnBuffer", OK, frameNumber, CallRecord::kReturnBuffer, error});
 }
 
 // ---- Stream description -------------------------------------------------------------------

@@ -179,8 +179,7 @@ status_t HostOutputStream::returnBuffer(const camera_stream_buffer& buffer, nsec
     if (!error) mUnpreparable = true;
     mDelivered.push_back({static_cast<size_t>(index), timestamp, frameNumber, error});
     if (mDelivered.size() > kMaxRecords) mDelivered.pop_front();
-    recordLocked("returnBuffer(frame " + std::to_string(frameNumber) + (error ? ", error)" : ")") +
-                 " -> 0");
+    recordReturnLocked(frameNumber, error);
     markActivityLocked();
     mBufferReturned.notify_all();
     lock.unlock();
@@ -193,6 +192,8 @@ void HostOutputStream::notifyListeners(bool acquired, nsecs_t timestamp, bool er
     std::vector<android::wp<Camera3StreamBufferListener>> listeners;
     {
         std::lock_guard<std::mutex> lock(mLock);
+        // Most streams have no listener: nothing to copy per buffer then.
+        if (mBufferListeners.empty()) return;
         listeners = mBufferListeners;
     }
     Camera3StreamBufferListener::BufferInfo info{/*mOutput=*/true, timestamp, error, frameNumber};
@@ -318,6 +319,8 @@ void HostOutputStream::fireBufferRequestForFrameNumber(uint64_t frameNumber,
     std::vector<android::wp<Camera3StreamBufferListener>> listeners;
     {
         std::lock_guard<std::mutex> lock(mLock);
+        // Most streams have no listener: nothing to copy per buffer then.
+        if (mBufferListeners.empty()) return;
         listeners = mBufferListeners;
     }
     for (auto& weak : listeners) {

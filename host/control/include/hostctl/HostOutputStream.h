@@ -189,8 +189,20 @@ protected:
 private:
     enum State { CONSTRUCTED, IN_CONFIG, IN_RECONFIG, CONFIGURED, ERROR };
 
-    void recordLocked(std::string call);
+    // Calls are kept as small records and worded only when calls() is asked, so the buffer
+    // paths that run per frame cost no text formatting.
+    struct CallRecord {
+        enum Form : uint8_t { kName, kResult, kReturnBuffer };
+        const char* name;  // a literal
+        android::status_t result;
+        uint64_t frameNumber;
+        Form form;
+        bool error;
+    };
+    void recordLocked(const char* call);
     void recordLocked(const char* call, android::status_t result);
+    void recordReturnLocked(uint64_t frameNumber, bool error);
+    void pushRecordLocked(const CallRecord& record);
     bool configuredLocked() const { return mState == CONFIGURED; }
     android::status_t allocateBuffersLocked(uint32_t count);
     // Moves every buffer out of the queue into `retired`, to be released without the lock.
@@ -243,7 +255,7 @@ private:
     std::vector<android::wp<android::camera3::Camera3StreamBufferListener>> mBufferListeners;
     android::wp<android::camera3::Camera3StreamBufferFreedListener> mFreedListener;
 
-    std::deque<std::string> mCalls;
+    std::deque<CallRecord> mCalls;
     std::deque<Delivered> mDelivered;
 };
 
