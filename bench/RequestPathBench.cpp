@@ -150,7 +150,7 @@ void runRequestPath(benchmark::State& state, const char* package, Restore restor
     request.unlock(packet);
 
     long moves = 0;
-    const long newsBefore = benchAllocationCount();
+    const long newsBefore = allocationCount();
     for (auto _ : state) {
         const camera_metadata_t* raw = once();
         if (raw != packet) {
@@ -158,7 +158,7 @@ void runRequestPath(benchmark::State& state, const char* package, Restore restor
             packet = raw;
         }
     }
-    const long news = benchAllocationCount() - newsBefore;
+    const long news = allocationCount() - newsBefore;
     state.counters["allocs_per_iter"] = benchmark::Counter(static_cast<double>(news + moves) /
                                                            static_cast<double>(state.iterations()));
 }
@@ -188,7 +188,7 @@ void BM_RequestPathFloor_WhatsApp(benchmark::State& state) {
         makeRequest(ANDROID_CONTROL_AF_TRIGGER_START, ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER_START);
     const uint8_t start = ANDROID_CONTROL_AF_TRIGGER_START;
     const uint8_t idle = ANDROID_CONTROL_AF_TRIGGER_IDLE;
-    const long newsBefore = benchAllocationCount();
+    const long newsBefore = allocationCount();
     for (auto _ : state) {
         request.update(ANDROID_CONTROL_AF_TRIGGER, &start, 1);
         camera_metadata_t* packet = const_cast<camera_metadata_t*>(request.getAndLock());
@@ -204,7 +204,7 @@ void BM_RequestPathFloor_WhatsApp(benchmark::State& state) {
             packet, ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER, &precapture));
         request.unlock(packet);
     }
-    const long news = benchAllocationCount() - newsBefore;
+    const long news = allocationCount() - newsBefore;
     state.counters["allocs_per_iter"] =
         benchmark::Counter(static_cast<double>(news) / static_cast<double>(state.iterations()));
 }

@@ -1,50 +1,27 @@
 // camext lint on the downloadable lists, run as built: each fault is reported at its line with
 // exit status 1, a file that is not well-formed with 2, a good list with 0.
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <sys/wait.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
+#include "support/CamextTool.h"
 #include "support/TestSupport.h"
 
 namespace {
 
-struct ToolRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string readAll(const std::string& path) {
-    std::ifstream in(path);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+using testsupport::ToolRun;
 
 class ListLintTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        const char* dir = getenv("CAMEXT_BUILD_DIR");
-        tool = std::string(dir != nullptr ? dir : CAMEXT_BUILD_DIR) + "/bin/camext";
-        std::ifstream probe(tool);
-        if (!probe) GTEST_SKIP() << "camext is not built at " << tool;
+        tool = testsupport::camextPath();
+        if (tool.empty()) GTEST_SKIP() << "camext is not built in " << CAMEXT_BUILD_DIR;
     }
 
     ToolRun lint(const std::string& text, const std::string& name) {
         scratch.writeFile("/data/.camera/" + name, text);
-        const std::string out = scratch.path() + "/out", err = scratch.path() + "/err";
-        const std::string cmd = "'" + tool + "' lint '" + scratch.hostPath("/data/.camera/" + name) +
-                                "' >'" + out + "' 2>'" + err + "'";
-        ToolRun r;
-        const int raw = system(cmd.c_str());
-        r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-        r.out = readAll(out);
-        r.err = readAll(err);
-        return r;
+        return testsupport::runCamext("lint '" + scratch.hostPath("/data/.camera/" + name) + "'",
+                                      scratch.path());
     }
 
     std::string tool;

@@ -1,52 +1,25 @@
 // camext lint and camext explain, run as built: lint reports what the library would silently
 // ignore or refuse, at the right line; explain answers what the library answers.
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <sys/wait.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
+#include "support/CamextTool.h"
 #include "support/TestSupport.h"
 #include "utils/ConfigKeys.h"
 
 namespace {
 
-struct ToolRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string readAll(const std::string& path) {
-    std::ifstream in(path);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+using testsupport::ToolRun;
 
 class ConfigToolsTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        const char* dir = getenv("CAMEXT_BUILD_DIR");
-        tool = std::string(dir != nullptr ? dir : CAMEXT_BUILD_DIR) + "/bin/camext";
-        std::ifstream probe(tool);
-        if (!probe) GTEST_SKIP() << "camext is not built at " << tool;
+        tool = testsupport::camextPath();
+        if (tool.empty()) GTEST_SKIP() << "camext is not built in " << CAMEXT_BUILD_DIR;
     }
 
-    ToolRun camext(const std::string& args) {
-        const std::string out = scratch.path() + "/out", err = scratch.path() + "/err";
-        const std::string emulator = CAMEXT_EMULATOR;
-        const std::string cmd = (emulator.empty() ? "" : emulator + " ") + "'" + tool + "' " +
-                                args + " >'" + out + "' 2>'" + err + "'";
-        ToolRun r;
-        const int raw = system(cmd.c_str());
-        r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-        r.out = readAll(out);
-        r.err = readAll(err);
-        return r;
-    }
+    ToolRun camext(const std::string& args) { return testsupport::runCamext(args, scratch.path()); }
 
     // Writes `text` as a file of the scratch folder and returns its path.
     std::string file(const std::string& text, const std::string& name = "fwk_config.json") {
