@@ -49,6 +49,10 @@ CameraServiceExtImpl::CameraServiceExtImpl() {
 }
 
 CameraServiceExtImpl::~CameraServiceExtImpl() {
+    // The managers outlive this object: they must not reach it once it is gone.
+    if (mMagneticSensorManager != nullptr) mMagneticSensorManager->releaseOwner(this);
+    if (mMotorManager != nullptr) mMotorManager->releaseOwner(this);
+    if (mApsInterface != nullptr) mApsInterface->releaseOwner(this);
     mMagneticSensorManager.clear();
     mMotorManager.clear();
     mZumioManager.clear();

@@ -117,24 +117,25 @@ TEST_F(ZumioSupportTest, BuiltInListsNeedTheKeyWordAndNoExcludedWord) {
 TEST_F(ZumioSupportTest, FileDecidesWhileTheSwitchIsOn) {
     mRoot.writeFile(kDataFile, R"({"version": {"str": "1"}, "packages": {"com.tencent.mm": "1"},
                                    "activitys": {"A.Camera": "1", "com.tencent.mm.Voip": "0"}})");
-    ZumioManager manager;
+    // Reference counted, as the extension holds it: a RefBase on the stack leaks its counts.
+    android::sp<ZumioManager> manager = new ZumioManager();
     hostctl::setProperty("persist.sys.vantu.zumio.voip.switch", "1");
-    EXPECT_TRUE(manager.isSupportZumio("com.tencent.mm", "A.Camera", false));
-    EXPECT_FALSE(manager.isSupportZumio("com.tencent.mm", "com.tencent.mm.Voip", false));
+    EXPECT_TRUE(manager->isSupportZumio("com.tencent.mm", "A.Camera", false));
+    EXPECT_FALSE(manager->isSupportZumio("com.tencent.mm", "com.tencent.mm.Voip", false));
     // Not named in the file: the built-in lists decide.
-    EXPECT_TRUE(manager.isSupportZumio("com.tencent.mm", "com.tencent.mm.VideoCall", false));
+    EXPECT_TRUE(manager->isSupportZumio("com.tencent.mm", "com.tencent.mm.VideoCall", false));
     EXPECT_EQ(1u, mLog.count("json version old:"));
 
     // Same version: the changed file is not read again; a new version is.
     mRoot.writeFile(kDataFile, R"({"version": {"str": "2"}, "packages": {}, "activitys": {}})");
     hostctl::setProperty("persist.sys.vantu.zumio.voip.version", "1");
-    EXPECT_TRUE(manager.isSupportZumio("com.tencent.mm", "A.Camera", false));
+    EXPECT_TRUE(manager->isSupportZumio("com.tencent.mm", "A.Camera", false));
     hostctl::setProperty("persist.sys.vantu.zumio.voip.version", "2");
-    EXPECT_FALSE(manager.isSupportZumio("com.tencent.mm", "A.Camera", false));
+    EXPECT_FALSE(manager->isSupportZumio("com.tencent.mm", "A.Camera", false));
     EXPECT_EQ(2u, mLog.count("json version old:"));
 
     hostctl::setProperty("persist.sys.vantu.zumio.voip.switch", "0");
-    EXPECT_TRUE(manager.isSupportZumio("com.tencent.mm", "com.tencent.mm.VideoCall", false));
+    EXPECT_TRUE(manager->isSupportZumio("com.tencent.mm", "com.tencent.mm.VideoCall", false));
     EXPECT_EQ(2u, mLog.count("json version old:"));
 }
 

@@ -201,7 +201,8 @@ void APSInterface::updateAPSSwitch() {
 
     char platform[PROPERTY_VALUE_MAX];
     property_get("ro.board.platform", platform, "qcom");
-    int32_t fwkBeauty = mOwner != nullptr ? static_cast<int32_t>(mOwner->mFwkBeauty) : 0;
+    CameraServiceExtImpl* const owner = mOwner.get();
+    int32_t fwkBeauty = owner != nullptr ? static_cast<int32_t>(owner->mFwkBeauty) : 0;
     if (strcmp(platform, "lahaina") != 0 && strncmp(platform, "atoll", 5) != 0 && fwkBeauty == 0) {
         property_get(beautySwitchName, beautySwitch, "0");
         fbEnable = beautySwitch[0] == '1';
@@ -209,11 +210,11 @@ void APSInterface::updateAPSSwitch() {
     } else if (fwkBeauty == 0) {
         fwkBeauty = 1;
     }
-    if (mOwner != nullptr) mOwner->mFwkBeauty = fwkBeauty;
+    if (owner != nullptr) owner->mFwkBeauty = fwkBeauty;
     if (EXT_LOG_ON()) EXT_LOG(1, "%s , fbEnable %d", __func__, fbEnable);
 
-    const String8 package = mOwner != nullptr ? mOwner->currentPackageName() : String8("");
-    const String8 activity = mOwner != nullptr ? mOwner->currentActivityName() : String8("");
+    const String8 package = owner != nullptr ? owner->currentPackageName() : String8("");
+    const String8 activity = owner != nullptr ? owner->currentActivityName() : String8("");
     char prefix[PROPERTY_VALUE_MAX];
     property_get("ro.vantu.camera.video_beauty.prefix", prefix, "0");
     buildApkPropName(mApkPropName, prefix, package.c_str());
@@ -221,7 +222,7 @@ void APSInterface::updateAPSSwitch() {
     char propValue[PROPERTY_VALUE_MAX];
     property_get(mApkPropName, propValue, "-1");
 
-    const int32_t cameraId = mOwner != nullptr ? static_cast<int32_t>(mOwner->mLastCameraId) : -1;
+    const int32_t cameraId = owner != nullptr ? static_cast<int32_t>(owner->mLastCameraId) : -1;
     bool activitySupport = true;
     bool need = false;
     if (cameraId == 1 && strcmp(propValue, "-1") != 0) {
@@ -238,8 +239,8 @@ void APSInterface::updateAPSSwitch() {
     }
 
     // The avatar runs in the engine whatever the beauty settings say.
-    if (mOwner != nullptr && mOwner->mZumioManager != nullptr &&
-        mOwner->mZumioManager->getZumioEnable() && mOwner->mFwkZumio != 0) {
+    if (owner != nullptr && owner->mZumioManager != nullptr &&
+        owner->mZumioManager->getZumioEnable() && owner->mFwkZumio != 0) {
         need = true;
     }
     mNeedAPSProcess = need;

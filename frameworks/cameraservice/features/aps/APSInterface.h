@@ -19,6 +19,7 @@
 #include "device3/Camera3OutputUtils.h"
 #include "device3/Camera3StreamInterface.h"
 #include "device3/InFlightRequest.h"
+#include "utils/OwnerLink.h"
 #include "utils/Relaxed.h"
 
 struct AHardwareBuffer;
@@ -112,7 +113,8 @@ public:
     void setNeedAPSProcess(bool need) { mNeedAPSProcess = need; }
     int32_t getAPSCameraMask() const { return mAPSCameraMask; }
     const char* getApkPropName() const { return mApkPropName; }
-    void setOwner(CameraServiceExtImpl* owner) { mOwner = owner; }
+    void setOwner(CameraServiceExtImpl* owner) { mOwner.bind(owner); }
+    void releaseOwner(CameraServiceExtImpl* owner) { mOwner.release(owner); }
 
     // The buffer path of the extension's hooks of the same names: true when the engine took the
     // buffers, holds the result back, or still needs the in-flight request.
@@ -132,7 +134,7 @@ private:
     // Fills `out` with the symbol's address when it names code; logs and answers false when not.
     bool bindSymbol(const char* name, void** out);
 
-    CameraServiceExtImpl* mOwner;  // not owned
+    vantu::OwnerLink<CameraServiceExtImpl> mOwner;  // not owned
     void* mAPSLibHandle = nullptr;
     CreateAPSInstanceFn createAPSInstance = nullptr;
     DestoryAPSInstanceFn destoryAPSInstance = nullptr;

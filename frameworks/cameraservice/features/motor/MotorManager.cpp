@@ -38,7 +38,11 @@ sp<MotorManager> MotorManager::getInstance(CameraServiceExtImpl* owner) {
     static std::mutex sLock;
     static sp<MotorManager> sInstance;  // lives for the process
     std::lock_guard<std::mutex> guard(sLock);
-    if (sInstance == nullptr) sInstance = new MotorManager(owner);
+    if (sInstance == nullptr) {
+        sInstance = new MotorManager(owner);
+    } else if (owner != nullptr) {
+        sInstance->mOwner.bind(owner);
+    }
     return sInstance;
 }
 
@@ -100,7 +104,7 @@ void MotorManager::checkToReadRusFile() {
     const bool motorRead = parseMotorCtrlList();
     // Without the magnetic torch (feature switched off) its list is not read.
     bool rioRead = false;
-    sp<MagnecticSensorManager> rio = MagnecticSensorManager::getInstance(mOwner);
+    sp<MagnecticSensorManager> rio = MagnecticSensorManager::getInstance(mOwner.get());
     if (rio != nullptr) rioRead = rio->parseRIOWhiteAppList();
     if (motorRead || rioRead) mLastReadTime.store(now, std::memory_order_relaxed);
 }
@@ -188,8 +192,9 @@ void MotorManager::handleMotor(bool closing, int cmd, int /*reserved*/, const St
     } else if (mIsOpenCameraUpMotor) {
         if (EXT_LOG_ON()) EXT_LOG(1, "handleEvictionsLocked evicting ctrl motor.");
         String8 package = packageName;
-        if (strncmp(package.string(), "NULL", 4) == 0 && mOwner != nullptr) {
-            package = mOwner->currentPackageName();
+        CameraServiceExtImpl* const owner = mOwner.get();
+        if (strncmp(package.string(), "NULL", 4) == 0 && owner != nullptr) {
+            package = owner->currentPackageName();
         }
         sendSocketToMotorServer(cmd, package.string(), id);
     }

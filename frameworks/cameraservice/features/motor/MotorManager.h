@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "features/rus/CameraServiceRus.h"
+#include "utils/OwnerLink.h"
 
 namespace android {
 
@@ -26,6 +27,8 @@ public:
     // first call with every flag clear; the extension object (`owner`) takes it once at
     // construction and holds it for the life of the process.
     static sp<MotorManager> getInstance(CameraServiceExtImpl* owner);
+    // The extension object `owner` is going: the manager stops reaching it.
+    void releaseOwner(CameraServiceExtImpl* owner) { mOwner.release(owner); }
 
     // Command codes of the motor service's messages.
     enum Command : int {
@@ -79,7 +82,7 @@ private:
     bool applyLimitMarkers(const char* entry, const String8& packageName, int cameraId,
                            bool fromFile);
 
-    CameraServiceExtImpl* const mOwner;
+    vantu::OwnerLink<CameraServiceExtImpl> mOwner;
 
     // Monotonic seconds of the last successful list read; 0 = never.
     std::atomic<int64_t> mLastReadTime{0};

@@ -39,7 +39,11 @@ sp<MagnecticSensorManager> MagnecticSensorManager::getInstance(CameraServiceExtI
     static std::mutex sLock;
     static sp<MagnecticSensorManager> sInstance;  // lives for the process
     std::lock_guard<std::mutex> guard(sLock);
-    if (sInstance == nullptr) sInstance = new MagnecticSensorManager(owner);
+    if (sInstance == nullptr) {
+        sInstance = new MagnecticSensorManager(owner);
+    } else if (owner != nullptr) {
+        sInstance->mOwner.bind(owner);
+    }
     return sInstance;
 }
 
@@ -49,7 +53,8 @@ MagnecticSensorManager::MagnecticSensorManager(CameraServiceExtImpl* owner) : mO
 }
 
 uint64_t MagnecticSensorManager::vendorId() const {
-    return mOwner != nullptr ? mOwner->getVendorId() : static_cast<uint64_t>(-1);
+    CameraServiceExtImpl* const owner = mOwner.get();
+    return owner != nullptr ? owner->getVendorId() : static_cast<uint64_t>(-1);
 }
 
 status_t MagnecticSensorManager::addListener(const sp<hardware::ICameraServiceListener>& listener) {
@@ -213,7 +218,8 @@ void MagnecticSensorManager::checkNeedEnableMagneticSensor() {
     mLastRIOSwitch = mRIOSwitch.load();
     const bool current = isEnableRIOSitch();
     mRIOSwitch = current;
-    const int cameraId = mOwner != nullptr ? mOwner->getLastCameraId() : -1;
+    CameraServiceExtImpl* const owner = mOwner.get();
+    const int cameraId = owner != nullptr ? owner->getLastCameraId() : -1;
     if (isFrontFacing(cameraId) && mIsEnableRIOApp && !mIs3rdCallSysCamera && !mIsPIPScene) {
         mSensor->sensorEnable(current ? 1 : 0);
         if (current != mLastRIOSwitch && mIsNear) {

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "common/CameraProviderManager.h"
+#include "utils/OwnerLink.h"
 #include "features/rio/MagneticSensor.h"
 
 namespace android {
@@ -32,6 +33,8 @@ public:
     // call; the extension object (`owner`) takes it once at construction and holds it for the
     // life of the process.
     static sp<MagnecticSensorManager> getInstance(CameraServiceExtImpl* owner);
+    // The extension object `owner` is going: the manager stops reaching it.
+    void releaseOwner(CameraServiceExtImpl* owner) { mOwner.release(owner); }
     // A manager of its own, outside the process-wide one (tests and tools). Without an owner it
     // knows no current camera and resolves tags without a vendor id.
     explicit MagnecticSensorManager(CameraServiceExtImpl* owner = nullptr);
@@ -93,7 +96,7 @@ private:
     bool inWhiteList(const char* packageName);
     bool whiteListEmpty();
 
-    CameraServiceExtImpl* const mOwner;
+    vantu::OwnerLink<CameraServiceExtImpl> mOwner;
 
     // The manager mutex: the listeners, taken after the sensor's mutex (never before it).
     std::mutex mLock;
