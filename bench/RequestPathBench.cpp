@@ -19,6 +19,7 @@
 
 #include "AllocationCount.h"
 #include "CameraServiceExtImpl.h"
+#include "utils/JsonParser.h"
 
 namespace {
 
@@ -33,7 +34,12 @@ constexpr size_t kRequestEntries = 60;
 // side records from each of WhatsApp's requests.
 class BenchExtension : public android::CameraServiceExtImpl {
 public:
-    void setPackage(const char* package) { mCurrentPackageName = String8(package); }
+    // What setCurrentPackageName leaves: the client's package, and the configuration answering
+    // for it.
+    void setPackage(const char* package) {
+        mCurrentPackageName = String8(package);
+        android::setJsonPackageName(package);
+    }
     void armAfTrigger(uint8_t trigger) { mLastAFtrigger = trigger; }
 };
 

@@ -6,6 +6,7 @@
 
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -45,7 +46,7 @@ void CameraServiceExtImpl::applyMotorRequestRules(const camera_metadata* setting
         MotorManager::mIsOpenCameraUpMotor = false;
     }
 
-    if (settings == nullptr || !getBool("motor_flash", false, nullptr)) return;
+    if (settings == nullptr || !vantu::requestSwitches().motorFlash) return;
     const int aeMode = readByte(settings, ANDROID_CONTROL_AE_MODE);
     const int flashMode = readByte(settings, ANDROID_FLASH_MODE);
     if (aeMode < 0 && flashMode < 0) return;

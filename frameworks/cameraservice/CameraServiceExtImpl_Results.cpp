@@ -7,6 +7,7 @@
 
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
+#include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
 
@@ -70,7 +71,8 @@ const char* afStateWord(uint8_t state) {
 void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* request,
                                                          uint32_t frameNumber) {
     if (mAeAfDebug) printAeAfTriggerForDebug(request, frameNumber);
-    if (!getBool("feature_flash_enable", true)) return;
+    const vantu::RequestSwitches switches = vantu::requestSwitches();
+    if (!switches.flashEnable) return;
     const String8 packageName = currentPackageName();
     const char* package = packageName.c_str();
     uint8_t value = 0;
@@ -104,7 +106,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
         }
     }
 
-    if (stringArrayHas("reject_3rd_app_stop_preview", package) &&
+    if (vantu::rejectsStopPreview(switches, package) &&
         readByte(request, ANDROID_FLASH_MODE, &value)) {
         if (value == ANDROID_FLASH_MODE_OFF) {
             if (mTorchOn) {
@@ -181,7 +183,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
     if (result == nullptr) return false;
     if (mAeAfDebug) printAeAfStateForDebug(result, frameNumber);
 
-    if (getBool("feature_flash_enable", true)) {
+    if (vantu::requestSwitches().flashEnable) {
         const String8 packageName = currentPackageName();
         const char* package = packageName.c_str();
         // Results of frames before the app's latest precapture request report PRECAPTURE.

@@ -13,10 +13,18 @@ namespace vantu {
 struct RequestSwitches {
     bool flashEnable;  // "feature_flash_enable", default true
     bool foldEnable;   // "feature_fold_enable", default false
+    bool motorFlash;   // "motor_flash", default false
+    // The package the answers are for, and whether "reject_3rd_app_stop_preview" names it.
+    const char* package;
+    bool rejectStopPreview;
 };
 
-// The switches as getBool answers them for the current package.
+// The switches as getBool and stringArrayHas answer them for the current package.
 RequestSwitches requestSwitches();
+
+// Whether "reject_3rd_app_stop_preview" names `package`: from the memo when it is the current
+// package, else looked up.
+bool rejectsStopPreview(const RequestSwitches& switches, const char* package);
 
 }  // namespace vantu
 }  // namespace android
