@@ -1,11 +1,27 @@
 #!/usr/bin/env bash
-# Builds the transaction fuzzer with clang (libFuzzer + AddressSanitizer + UndefinedBehaviorSanitizer)
-# in build-fuzz and runs it from its seeds for a bounded time. Exits non-zero on a finding, whose
-# input is left in build-fuzz/findings/.  Usage: scripts/fuzz.sh [SECONDS]   (default 60)
+# Builds every fuzz target with clang (libFuzzer + AddressSanitizer + UndefinedBehaviorSanitizer)
+# in build-fuzz and runs each from its checked-in seeds for a share of a time budget.
+#   scripts/fuzz.sh [SECONDS [TARGET...]]
+# SECONDS is the budget for all targets together (default 300, the CI run); TARGET names a surface
+# (a folder of tests/fuzz/) to run alone. A finding stops the script with its report, and its
+# input is kept in tests/fuzz/<surface>/regressions/, which the replay tests play from then on:
+# commit it with the fix.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-seconds=${1:-60}
+budget=${1:-300}
+shift || true
 dir=build-fuzz
+
+if [ $# -gt 0 ]; then
+    targets=("$@")
+else
+    targets=()
+    for corpus in tests/fuzz/*/corpus; do
+        targets+=("$(basename "$(dirname "$corpus")")")
+    done
+fi
+share=$((budget / ${#targets[@]}))
+[ "$share" -ge 1 ] || share=1
 
 # -O1 with line tables only: quick to build on a CI machine and enough for readable reports. The
 # build type is one of our own so CMake adds no optimisation flags of its own.
@@ -15,20 +31,28 @@ if [ ! -f "$dir/build.ninja" ]; then
         -DCAMEXT_BUILD_FUZZ=ON -DCAMEXT_BUILD_TESTS=OFF -DCAMEXT_BUILD_BENCH=OFF \
         -DCAMEXT_SANITIZE=asan -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" >/dev/null
 fi
-cmake --build "$dir" --target transact_fuzzer transact_fuzz_seeds
+cmake --build "$dir" --target fuzzers
 
-# The seeds are rewritten each run; what the fuzzer learns stays in corpus/ for the next run.
-rm -rf "$dir/seeds"
-mkdir -p "$dir/corpus" "$dir/findings"
-"$dir/bin/transact_fuzz_seeds" --write "$dir/seeds"
-
-# libFuzzer's running commentary goes to a log; a finding prints its report.
-log="$dir/fuzz.log"
-if ! ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
-    "$dir/bin/transact_fuzzer" -max_total_time="$seconds" -timeout=10 -print_final_stats=1 \
-    -artifact_prefix="$dir/findings/" "$dir/corpus" "$dir/seeds" >"$log" 2>&1; then
-    tail -n 80 "$log"
-    echo "transaction fuzzer: FINDING (input in $dir/findings/)"
-    exit 1
-fi
-echo "transaction fuzzer: no finding; $(grep -E '^Done' "$log")"
+for surface in "${targets[@]}"; do
+    binary="$dir/bin/${surface}_fuzzer"
+    if [ ! -x "$binary" ]; then
+        echo "fuzz: no target for '$surface' (expected $binary)" >&2
+        exit 2
+    fi
+    # What the fuzzer learns stays in build-fuzz/corpus/<surface> for the next local run; the
+    # checked-in seeds are only read.
+    work="$dir/corpus/$surface"
+    kept="tests/fuzz/$surface/regressions"
+    mkdir -p "$work" "$kept"
+    log="$dir/$surface.log"
+    # One second per input and 2 GB are the limits: beyond them an input is a finding.
+    if ! ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+        "$binary" -max_total_time="$share" -timeout=1 -rss_limit_mb=2048 -print_final_stats=1 \
+        -artifact_prefix="$kept/" "$work" "tests/fuzz/$surface/corpus" >"$log" 2>&1; then
+        tail -n 80 "$log"
+        echo "$surface fuzzer: FINDING, input kept in $kept/"
+        exit 1
+    fi
+    rmdir --ignore-fail-on-non-empty "$kept"
+    echo "$surface fuzzer: no finding in ${share}s; $(grep -E '^Done' "$log")"
+done
