@@ -112,12 +112,20 @@ void CameraServiceExtImpl::clearNonCTSClient(const String16& clientPackageName) 
         isCompatibilityTestPackage(String8(clientPackageName).string())) {
         return;
     }
-    std::lock_guard<std::recursive_mutex> lock(mClientLock);
+    // The live clients are taken under the slot lock and disconnected after it is released, as
+    // an eviction does: the server's disconnect runs the disconnect hooks, which take the lock,
+    // possibly on another thread.
+    sp<CameraService::BasicClient> clients[kMaxCameraSlots];
+    {
+        std::lock_guard<std::recursive_mutex> lock(mClientLock);
+        for (int id = 0; id < kMaxCameraSlots; ++id) clients[id] = mClientSlots[id].promote();
+    }
     for (int id = 0; id < kMaxCameraSlots; ++id) {
-        sp<CameraService::BasicClient> client = mClientSlots[id].promote();
-        if (client == nullptr) continue;
-        client->disconnect();
-        mClientSlots[id].clear();
+        if (clients[id] == nullptr) continue;
+        clients[id]->disconnect();
+        // A client that connected meanwhile keeps its slot.
+        std::lock_guard<std::recursive_mutex> lock(mClientLock);
+        if (mClientSlots[id].unsafe_get() == clients[id].get()) mClientSlots[id].clear();
     }
 }
 

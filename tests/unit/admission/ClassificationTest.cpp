@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 #include <utils/String16.h>
 
+#include <chrono>
+#include <future>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "CameraServiceExtImpl.h"
 #include "hostctl/CameraHost.h"
@@ -111,6 +115,45 @@ TEST_F(Classification, UnknownUidsAreNotPrivileged) {
 TEST_F(Classification, FwkTimerFollowsItsSwitch) {
     EXPECT_TRUE(build()->isEnableFwkTimer());
     EXPECT_FALSE(build(R"({"default": {"feature_enable_fwk_timer": false}})")->isEnableFwkTimer());
+}
+
+// The server's disconnect runs the disconnect hooks, which take the slot lock, and may finish
+// the close on another binder thread while the caller waits for it. Clearing the clients must
+// therefore not hold that lock while it disconnects; a regression fails on the bounded wait
+// below instead of hanging the run.
+TEST_F(Classification, ClearingClientsDisconnectsWithoutHoldingTheSlotLock) {
+    sp<CameraServiceExtImpl> ext = build(R"({"default": {"feature_auth_enable": false,
+        "feature_motor_enable": false, "feature_rio_enable": false}})");
+    std::vector<std::thread> closers;  // joined once the call has returned
+    int stuck = 0;
+    std::vector<sp<hostctl::HostCameraClient>> clients;
+    for (int id : {0, 2}) {
+        sp<hostctl::HostCameraClient> client = new hostctl::HostCameraClient(
+            String8::format("%d", id), String16("com.example.app"), 10100, 5000);
+        CameraServiceExtImpl* target = ext.get();
+        client->setOnDisconnect([target, &closers, &stuck](hostctl::HostCameraClient& c) {
+            std::promise<void> closed;
+            std::future<void> done = closed.get_future();
+            closers.emplace_back([target, &c, closed = std::move(closed)]() mutable {
+                target->beforeDisconnect(false, false, c.cameraId());
+                target->afterDisconnect(c.cameraId(), c.getPackageName(), nullptr);
+                closed.set_value();
+            });
+            if (done.wait_for(std::chrono::seconds(3)) != std::future_status::ready) ++stuck;
+        });
+        ext->storeClient(id, client);
+        clients.push_back(client);
+    }
+
+    ext->clearNonCTSClient(String16("com.example.other"));
+    for (std::thread& t : closers) t.join();
+
+    EXPECT_EQ(0, stuck) << "a close on another thread waited for the slot lock";
+    for (int id : {0, 2}) EXPECT_EQ(nullptr, ext->promoteClient(id)) << id;
+    for (const auto& client : clients) {
+        EXPECT_EQ(1, client->disconnectCalls());
+        client->setOnDisconnect(nullptr);
+    }
 }
 
 }  // namespace
