@@ -144,6 +144,10 @@ TEST(AuthConcurrencyTest, AddsWaitsChecksAndDeathsFromManyThreadsFinish) {
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     for (auto& t : threads) t.join();
+
+    // No lock was left held and the maps still answer.
+    manager->addAuthResultInfo(1, 10099, 0, String8("com.after"));
+    EXPECT_TRUE(manager->wait(10099, String8("com.after"), true, true));
 }
 
 }  // namespace
