@@ -4,10 +4,13 @@
 #include <sys/stat.h>
 
 #include <atomic>
+#include <fstream>
 #include <mutex>
 #include <set>
+#include <sstream>
 
 #include "utils/Env.h"
+#include "utils/JsonFirstMembers.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -103,6 +106,12 @@ void JsonParser::parserJsonFile(const char* path) {
         EXT_LOG(0, "json file %s have no content", path);
         return;
     }
+    // Of several sections or keys with one name the first counts, as configuration files
+    // expect; json-c alone keeps the last.
+    std::ifstream file(hostPath, std::ios::binary);
+    std::ostringstream text;
+    if (file) text << file.rdbuf();
+    vantu::keepFirstMembers(mRoot, text.str());
 
     json_object_object_foreach(mRoot, sectionName, section) {
         if (!json_object_is_type(section, json_type_object)) {

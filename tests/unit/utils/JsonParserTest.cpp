@@ -94,6 +94,35 @@ TEST_F(JsonParserTest, NullFallsBackToDefaultThenToTheCaller) {
     EXPECT_EQ(-1, p->getInt("absent", "com.tencent.mm", -1));
 }
 
+// Configuration files were written for a reader that keeps the first of several members with
+// one name; json-c alone keeps the last.
+TEST_F(JsonParserTest, FirstOfDuplicateKeysAndSectionsWins) {
+    sp<JsonParser> p = load(R"({
+      "default": {"maxFps": 30, /* "maxFps": 1, */ "name": 'first', "maxFps": 24,
+                  "list": ["a", {"maxFps": 2}], "name": "last", "list": [], "maxFps": 15},
+      "com.a": {"maxFps": 60, "maxFps": null},
+      "com.b": {"ratio": 1.5},
+      "com.a": {"maxFps": 10, "whole": 5},
+      "com.b": 7
+    })");
+    EXPECT_EQ(30, p->getInt("maxFps", "default", 0));
+    EXPECT_EQ("first", p->getString("name", "default", ""));
+    std::vector<std::string> list;
+    p->getStringArray("list", "default", list);
+    EXPECT_EQ((std::vector<std::string>{"a"}), list);
+    // The first "com.a" is the section: its own duplicate keeps 60, and nothing of the second.
+    EXPECT_EQ(60, p->getInt("maxFps", "com.a", 0));
+    EXPECT_EQ(-1, p->getInt("whole", "com.a", -1));
+    // A later member that is not an object does not hide the first, which is.
+    EXPECT_EQ(1.5, p->getDouble("ratio", "com.b", 0.0));
+}
+
+TEST_F(JsonParserTest, FirstDuplicateThatIsNullFallsBackToDefault) {
+    sp<JsonParser> p = load(R"({"default": {"maxFps": 30},
+                                "com.a": {"maxFps": null, "maxFps": 24}})");
+    EXPECT_EQ(30, p->getInt("maxFps", "com.a", 0));
+}
+
 TEST_F(JsonParserTest, WrongTypeAnswersTheCallerDefaultWithOneError) {
     testsupport::LogCapture log;
     sp<JsonParser> p = load(R"({"default": {"feature_cts_enable": 1, "f": 5.0, "i": 5}})");
