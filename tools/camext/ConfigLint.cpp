@@ -65,6 +65,11 @@ bool outsideIntRange(const JsonNode& node) {
     return errno == ERANGE || v > 2147483647LL || v < -2147483648LL;
 }
 
+// Lists whose entries the library matches as package-name prefixes (isPrivilegedApp).
+bool isPrefixList(std::string_view key) {
+    return key == "privileged_app_list";
+}
+
 std::string quoted(std::string_view s) {
     return "\"" + std::string(s) + "\"";
 }
@@ -89,15 +94,18 @@ private:
     void error(int line, std::string message) { mFindings.push_back({line, true, message}); }
     void warning(int line, std::string message) { mFindings.push_back({line, false, message}); }
 
-    // json-c keeps the last of several members with one name; the library never sees the others.
+    // json-c alone keeps the last of several members with one name; the library takes the
+    // first, as the shipped reader did, so a file that relies on either is misread somewhere.
     void duplicates(const JsonNode& object, const char* what) {
         std::map<std::string, int> first;
         for (const JsonMember& m : object.members) {
             auto [it, fresh] = first.emplace(m.key, m.line);
             if (!fresh) {
-                error(m.line, std::string("duplicate ") + what + " " + quoted(m.key) +
-                                  " (first at line " + std::to_string(it->second) +
-                                  "): json-c keeps only the last one");
+                warning(m.line, std::string("duplicate ") + what + " " + quoted(m.key) +
+                                    " (first at line " + std::to_string(it->second) +
+                                    "): the library uses the first, at line " +
+                                    std::to_string(it->second) +
+                                    ", and ignores this one; json-c alone would keep the last");
             }
         }
     }
@@ -179,6 +187,10 @@ private:
             if (e.kind != element) {
                 error(e.line, "element " + std::to_string(i) + " of " + quoted(m.key) + " is " +
                                   kindName(e.kind) + ": " + getter + " skips it");
+            } else if (element == Kind::String && e.text.empty() && isPrefixList(m.key)) {
+                warning(e.line, "element " + std::to_string(i) + " of " + quoted(m.key) +
+                                    " is empty: as a package prefix it matches every package "
+                                    "(the library skips it)");
             } else if (element == Kind::Int && outsideIntRange(e)) {
                 warning(e.line, "element " + std::to_string(i) + " of " + quoted(m.key) +
                                     " is outside the int range: getIntArray clamps it");

@@ -83,20 +83,41 @@ TEST_F(ConfigToolsTest, LintReportsValuesTheGetterWouldRefuse) {
     EXPECT_NE(std::string::npos, r.out.find(":6: error: \"limitSizeListForCts\" is read as int[]"));
 }
 
-TEST_F(ConfigToolsTest, LintReportsDuplicatesThatJsonCDropsSilently) {
+TEST_F(ConfigToolsTest, LintWarnsAboutDuplicatesNamingTheOneTheLibraryUses) {
     const std::string f = file(
         "{\"default\": {\"maxFps\": 30,\n"
         "               \"maxFps\": 24},\n"
         " \"com.whatsapp\": {},\n"
         " \"com.whatsapp\": {\"maxFps\": 15}}\n");
     const ToolRun r = camext("lint '" + f + "'");
-    EXPECT_EQ(1, r.status);
+    EXPECT_EQ(0, r.status) << r.out;
     EXPECT_NE(std::string::npos,
-              r.out.find(":2: error: duplicate key \"maxFps\" (first at line 1)"))
+              r.out.find(":2: warning: duplicate key \"maxFps\" (first at line 1): the library "
+                         "uses the first, at line 1, and ignores this one; json-c alone would "
+                         "keep the last"))
         << r.out;
     EXPECT_NE(std::string::npos,
-              r.out.find(":4: error: duplicate section \"com.whatsapp\" (first at line 3)"))
+              r.out.find(":4: warning: duplicate section \"com.whatsapp\" (first at line 3): "
+                         "the library uses the first, at line 3"))
         << r.out;
+    EXPECT_EQ(std::string::npos, r.out.find("error")) << r.out;
+}
+
+TEST_F(ConfigToolsTest, LintWarnsAboutAnEmptyEntryOnlyInAPrefixList) {
+    const std::string f = file(
+        "{\"default\": {\n"
+        "  \"privileged_app_list\": [\"com.tencent\",\n"
+        "      \"\"],\n"
+        "  \"skip_rus_check_list\": [\"\"]\n"
+        "}}\n");
+    const ToolRun r = camext("lint '" + f + "'");
+    EXPECT_EQ(0, r.status) << r.out;
+    EXPECT_NE(std::string::npos,
+              r.out.find(":3: warning: element 1 of \"privileged_app_list\" is empty: as a "
+                         "package prefix it matches every package"))
+        << r.out;
+    // Exact-match lists: an empty entry matches no package, so it is harmless.
+    EXPECT_EQ(std::string::npos, r.out.find("skip_rus_check_list")) << r.out;
 }
 
 TEST_F(ConfigToolsTest, LintReportsSectionsAndRootsThatAreNotObjects) {
