@@ -18,6 +18,11 @@ bool findVendorTag(const char* name, uint64_t vendorId, uint32_t* tag) {
     return CameraMetadata::getTagFromName(name, descriptor.get(), tag) == OK;
 }
 
+void dropMismatchedEntry(CameraMetadata& metadata, uint32_t tag, uint8_t type) {
+    const CameraMetadata& view = metadata;
+    if (view.exists(tag) && view.find(tag).type != type) metadata.erase(tag);
+}
+
 void writeVendorTag(CameraMetadata& metadata, const char* caller, const char* name, uint8_t type,
                     const void* data, size_t count, uint64_t vendorId, bool add) {
     uint32_t tag = 0;
@@ -30,6 +35,7 @@ void writeVendorTag(CameraMetadata& metadata, const char* caller, const char* na
         if (res != OK) EXT_LOG(0, "%s: metadata erase fail! res = %d", caller, res);
         return;
     }
+    dropMismatchedEntry(metadata, tag, type);
     camera_metadata_ro_entry entry = {};
     entry.tag = tag;
     entry.type = type;

@@ -22,6 +22,12 @@ namespace vantu {
 // Resolves `name` to its tag id in *tag. False when no descriptor knows it.
 bool findVendorTag(const char* name, uint64_t vendorId, uint32_t* tag);
 
+// Makes a packet ready for a write of `type` to the vendor tag `tag`: an entry of another type
+// (from a provider that declares the tag differently) is erased, since updated in place it would
+// take as many bytes as its own type needs from data of `type`. Every writer of a vendor tag
+// calls it first.
+void dropMismatchedEntry(CameraMetadata& metadata, uint32_t tag, uint8_t type);
+
 // Writes (`add`) the entry `name` = `count` values of `type` at `data` into `metadata`, or erases
 // it (`add` false; `data` and `count` unused). A tag no descriptor knows is skipped with a debug
 // line; a failed write or erase is logged as an error. `caller` names the operation in the lines.

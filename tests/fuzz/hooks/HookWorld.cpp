@@ -12,6 +12,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "ExtFactory.h"
 #include "platform/CameraServiceExtImpl_mtk.h"
@@ -29,7 +30,7 @@ constexpr int64_t kWallStart = 1700000000;
 constexpr nsecs_t kMonotonicStart = 1000000000LL;
 constexpr uid_t kClientUid = 10123;
 constexpr pid_t kClientPid = 4321;
-constexpr size_t kMaxPackageText = 48;
+constexpr int kMadeUpSuffixes = 16;
 // The hardware side is not under test: it leaves streams of larger buffers unallocated, so one
 // input cannot cost more than a few megabytes.
 constexpr size_t kMaxHalBufferBytes = 1u << 20;
@@ -96,6 +97,30 @@ android::CameraServiceExtImpl* makeExtension(const std::string& platform) {
     return new android::CameraServiceExtImpl_mtk();
 }
 
+// The extension object of a chip. Like the server's, it lives for the process: each object keeps
+// its configuration for good, so one per input would grow without bound.
+android::CameraServiceExtImpl* extensionFor(const std::string& platform) {
+    static std::map<std::string, sp<android::CameraServiceExtImpl>> sObjects;
+    sp<android::CameraServiceExtImpl>& ext = sObjects[platform];
+    if (ext == nullptr) ext = makeExtension(platform);
+    return ext.get();
+}
+
+// Puts back what a session leaves in the object beyond its disconnect: the per-app request
+// marks (a configuration of an app with the flash rules on clears them) and the fold state.
+void resetExtension(android::CameraServiceExtImpl& ext) {
+    const String8 camera("0");
+    ext.setCurrentPackageName(String16("NULL"));
+    ext.notifyDeviceStateChange(0);
+    ext.IsNewRequest(false, false);
+    const android::CameraMetadata params;
+    android::camera3::StreamSet none;
+    ext.beforeConfigureStreamsLocked(params, kProvider, camera, none, 0);
+    ext.afterConfigureStreamsLocked(params, kProvider, params, none, camera);
+    ext.beforeDisconnect(false, false, camera);
+    ext.afterDisconnect(camera, String16("NULL"), nullptr);
+}
+
 }  // namespace
 
 void check(bool cond, const char* what) {
@@ -138,7 +163,15 @@ Session::Session(Reader& in) {
     const std::vector<std::string>& chips = chipPlatforms();
     mPlatform = chips[in.u8() % chips.size()];
     const size_t package = in.u8() % (kPackageCount + 1);
-    mPackage = package < kPackageCount ? kPackages[package] : in.text(kMaxPackageText);
+    // Package names are kept for the process once seen, so made-up ones come from a bounded set.
+    if (package < kPackageCount) {
+        mPackage = kPackages[package];
+    } else {
+        const uint8_t base = in.u8();
+        const uint8_t suffix = in.u8();
+        mPackage = std::string(kPackages[base % kPackageCount]) + "." +
+                   std::to_string(suffix % kMadeUpSuffixes);
+    }
     mCameraId = String8(kCameraIds[in.u8() % kCameraIdCount]);
     mSwitches = in.u8();
     const uint64_t foldState = (mSwitches & kFoldState) ? in.u64() : 0;
@@ -148,7 +181,7 @@ Session::Session(Reader& in) {
     hostctl::setProperty("persist.vendor.camera.debugaeaf", (mSwitches & kAeAfDebug) ? "1" : "0");
     hostctl::setProperty("persist.sys.vantu.camera.open.torch",
                          (mSwitches & kTorchForbidden) ? "0" : "1");
-    mExt = makeExtension(mPlatform);
+    mExt = extensionFor(mPlatform);
 
     // The connect hooks in the server's order; the component may carry the activity.
     String16 component((mPackage + ((mSwitches & kWithActivity) ? "/.Main" : "")).c_str());
@@ -168,7 +201,7 @@ Session::~Session() {
     mExt->afterDisconnect(mCameraId, package, nullptr);
     for (int id = 0; id < android::kMaxCameraSlots; ++id) mExt->dropClient(id);
     mClient.clear();
-    mExt.clear();
+    resetExtension(*mExt);
     setBaseProperties();
 }
 

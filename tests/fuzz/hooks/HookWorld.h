@@ -1,17 +1,17 @@
 /*
  * The world of the configuration, request and result fuzzers: a device root with a feature
  * configuration, the properties and vendor tags of a phone, and for each input an extension
- * object of the chip the input picks, made by the factory's board table, with one client
+ * object of the chip the input picks, made once by the factory's board table, with one client
  * connected through the connect hooks as the server connects it.
  *
- * Every input starts from the same world: the extension object is made for the input and
- * released after it, the properties the input sets are put back and the clock starts at the
- * same virtual moment, so a replay reproduces a run.
+ * Every input starts from the same world: the client disconnects after it and the object's
+ * per-app marks and fold state are put back through the hooks, the properties the input sets are
+ * restored and the clock starts at the same virtual moment, so a replay reproduces a run.
  *
  * The client header, read from the front of every input:
  *   u8 chip: index into chipPlatforms() (modulo its size)
  *   u8 package: index into the package list below (modulo its size plus one); the extra value
- *      means a package text follows (u8 length up to 48, then the bytes)
+ *      means a made-up package follows: u8 index of a listed package, u8 suffix (modulo 16)
  *   u8 camera: index into the camera ids "0" "1" "2" "3" "21" "22" "-1" "1a" (modulo 8)
  *   u8 switches: bit 0 AE/AF debug printing ("persist.vendor.camera.debugaeaf"), bit 1 torch and
  *      flash forbidden ("persist.sys.vantu.camera.open.torch" = "0"), bit 2 framework API level
@@ -86,7 +86,7 @@ public:
     uint8_t switches() const { return mSwitches; }
 
 private:
-    android::sp<android::CameraServiceExtImpl> mExt;
+    android::CameraServiceExtImpl* mExt = nullptr;
     android::sp<hostctl::HostCameraClient> mClient;
     android::String8 mCameraId;
     std::string mPackage;

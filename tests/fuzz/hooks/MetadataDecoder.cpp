@@ -100,7 +100,8 @@ void decodeMetadata(Reader& in, android::CameraMetadata* out) {
         if (type < 0 || type >= NUM_TYPES) continue;
         values.resize(count * camera_metadata_type_size[type]);
         if (form & kRepeat) {
-            memset(values.data(), in.u8(), values.size());
+            const uint8_t value = in.u8();
+            std::fill(values.begin(), values.end(), value);
         } else {
             in.fill(values.data(), values.size());
         }

@@ -62,11 +62,6 @@ public:
     void fill(uint8_t* out, size_t count) {
         for (size_t i = 0; i < count; ++i) out[i] = u8();
     }
-    std::string text(size_t maxLength) {
-        std::string s(u8() % (maxLength + 1), '\0');
-        for (char& c : s) c = static_cast<char>(u8());
-        return s;
-    }
 
 private:
     const uint8_t* mData;
