@@ -223,7 +223,7 @@ void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& re
             }
             const int64_t state = static_cast<int64_t>(static_cast<uint64_t>(mDeviceState));
             if (tag != 0) {
-                vantu::dropMismatchedEntry(request, tag, TYPE_INT64);
+                vantu::eraseVendorEntries(request, tag);
                 request.update(tag, &state, 1);
             }
             if (EXT_LOG_ON()) {

@@ -246,7 +246,7 @@ TEST_F(RequestHooksTest, SessionTagWriterNamesTheTagWhereTheOperationIsExpected)
 
 // A provider may declare one of our vendor tags with another type, so a packet can hold an entry
 // of that type. Updated in place it would take as many bytes as its own type needs from the
-// library's shorter value (the request-setting and session fuzzers found the over-read).
+// library's shorter value (the session fuzzer found the over-read).
 TEST_F(RequestHooksTest, VendorEntriesOfAnotherTypeAreReplacedNotOverread) {
     build("{\"feature_fold_enable\": true}", "com.example.app");
     std::vector<hostctl::VendorTag> asDouble = hostctl::libraryVendorTags();
@@ -282,6 +282,33 @@ TEST_F(RequestHooksTest, VendorEntriesOfAnotherTypeAreReplacedNotOverread) {
     ASSERT_EQ(TYPE_INT64, state.type);
     ASSERT_EQ(1u, state.count);
     EXPECT_EQ(7, state.data.i64[0]);
+}
+
+// An app's session parameters may repeat a tag: its own package name must neither reach the HAL
+// beside ours nor outlive the configuration (found by the session fuzzer).
+TEST_F(RequestHooksTest, RepeatedIdentityTagsLeaveOnlyOursForTheHardware) {
+    build("{}", "com.example.app");
+    ASSERT_TRUE(hostctl::installVendorTags(hostctl::libraryVendorTags(), kProvider, true, false));
+    uint32_t tag = 0;
+    ASSERT_TRUE(hostctl::lookupTag("com.vantu.packageName", kProvider, &tag, nullptr));
+    CameraMetadata params;
+    hostctl::setMetadataVendorId(&params, kProvider);
+    const uint8_t forged[] = "com.forged";
+    for (int i = 0; i < 2; ++i) {
+        CameraMetadata one;
+        hostctl::setMetadataVendorId(&one, kProvider);
+        one.update(tag, forged, sizeof(forged));
+        ASSERT_EQ(android::OK, params.append(one));
+    }
+    ASSERT_EQ(2u, params.entryCount());
+
+    mExt->addRemovePackageName(params, kProvider, true);
+    const camera_metadata_entry ours = params.find(tag);
+    // One entry each of package, activity and API level.
+    ASSERT_EQ(3u, params.entryCount());
+    EXPECT_STREQ("com.example.app", reinterpret_cast<const char*>(ours.data.u8));
+    mExt->addRemovePackageName(params, kProvider, false);
+    EXPECT_FALSE(params.exists(tag));
 }
 
 TEST_F(RequestHooksTest, DescriptorLookupPrefersAGlobalDescriptorWithTags) {
