@@ -222,7 +222,17 @@ std::vector<int> configure(Session& session, const android::CameraMetadata& para
                            android::camera3::StreamSet& streams, int operatingMode,
                            bool* endConfigureOk) {
     android::CameraServiceExtImpl& ext = session.ext();
+    bool forbid = false;
+    ext.forbid3rdPartyAppReconfigureStream(forbid);
+    ext.setTransformForThirdApp(params, streams);
+    for (int id : streams.getStreamIds()) {
+        int transform = 0;
+        ext.getTransformForThirdApp(transform, id);
+        ext.isValidOutputStream(streams.get(id));
+    }
     ext.beforeConfigureStreamsLocked(params, kProvider, session.cameraId(), streams, operatingMode);
+    ext.sendZumioInitTagToHAL(params);
+    ext.sendZumioJsonTagToHAL(params);
     const std::vector<int> hardware = streams.getStreamIds();
     for (int id : hardware) {
         sp<android::camera3::Camera3OutputStreamInterface> stream = streams.get(id);

@@ -98,8 +98,10 @@ private:
 android::sp<hostctl::HostOutputStream> makeStream(int id, uint32_t width, uint32_t height,
                                                   int format, uint64_t usage, bool locksFail);
 
-// Both configuration hooks around the hardware configuration of what they leave in `streams`,
-// then afterEndConfigure, as the server runs a configuration. The stream ids the hardware saw.
+// A configuration as the server runs it: the reconfiguration and transform queries, both
+// configuration hooks (the avatar tags written after the first) around the hardware
+// configuration of what they leave in `streams`, then afterEndConfigure. The stream ids the
+// hardware saw.
 std::vector<int> configure(Session& session, const android::CameraMetadata& params,
                            android::camera3::StreamSet& streams, int operatingMode,
                            bool* endConfigureOk = nullptr);
