@@ -222,7 +222,10 @@ void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& re
                 }
             }
             const int64_t state = static_cast<int64_t>(static_cast<uint64_t>(mDeviceState));
-            if (tag != 0) request.update(tag, &state, 1);
+            if (tag != 0) {
+                vantu::eraseVendorEntries(request, tag);
+                request.update(tag, &state, 1);
+            }
             if (EXT_LOG_ON()) {
                 EXT_LOG(1, "%s: Process device state for 0x%" PRIx64 " tag 0x%x", __func__,
                         static_cast<uint64_t>(state), tag);

@@ -1,6 +1,7 @@
 // The request hooks of the base class on what scenarios cannot set up: a pending AF trigger of
 // WhatsApp, a provider that learns the device-state tag late, locked and malformed packets, and
 // the lines of the session-tag writer when the packet refuses a change.
+#include <camera_metadata_hidden.h>
 #include <gtest/gtest.h>
 #include <hostctl/HostEnv.h>
 #include <hostctl/Properties.h>
@@ -9,6 +10,8 @@
 
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "CameraServiceExtImpl.h"
 #include "support/TestSupport.h"
@@ -239,6 +242,73 @@ TEST_F(RequestHooksTest, SessionTagWriterNamesTheTagWhereTheOperationIsExpected)
         << mLogs.dump();
     EXPECT_TRUE(mLogs.contains("addRemovePackageName: metadata erase fail! res = -38"));
     EXPECT_EQ(0u, params.entryCount());
+}
+
+// A provider may declare one of our vendor tags with another type, so a packet can hold an entry
+// of that type. Updated in place it would take as many bytes as its own type needs from the
+// library's shorter value (the session fuzzer found the over-read).
+TEST_F(RequestHooksTest, VendorEntriesOfAnotherTypeAreReplacedNotOverread) {
+    build("{\"feature_fold_enable\": true}", "com.example.app");
+    std::vector<hostctl::VendorTag> asDouble = hostctl::libraryVendorTags();
+    for (hostctl::VendorTag& t : asDouble) t.type = TYPE_DOUBLE;
+    ASSERT_TRUE(hostctl::installVendorTags(hostctl::libraryVendorTags(), kProvider, true, false));
+    ASSERT_TRUE(hostctl::installVendorTags(asDouble, kProvider + 1, true, false));
+    // An entry the other provider wrote, travelling in a packet of ours.
+    const auto foreign = [](const char* name) {
+        uint32_t tag = 0;
+        EXPECT_TRUE(hostctl::lookupTag(name, kProvider, &tag, nullptr));
+        camera_metadata_t* packet = allocate_camera_metadata(1, 16);
+        set_camera_metadata_vendor_id(packet, kProvider + 1);
+        const double value = 1.5;
+        EXPECT_EQ(0, add_camera_metadata_entry(packet, tag, &value, 1));
+        set_camera_metadata_vendor_id(packet, kProvider);
+        CameraMetadata md;
+        hostctl::setMetadataVendorId(&md, kProvider);
+        EXPECT_EQ(android::OK, md.append(packet));
+        free_camera_metadata(packet);
+        return std::make_pair(md, tag);
+    };
+
+    auto [params, apiTag] = foreign("com.vantu.fwkApiLevel");
+    mExt->addRemovePackageName(params, kProvider, true);
+    const camera_metadata_entry api = params.find(apiTag);
+    EXPECT_EQ(TYPE_INT32, api.type);
+    EXPECT_EQ(1u, api.count);
+
+    mExt->setDeviceState(7, false);
+    auto [request, stateTag] = foreign(kDeviceStateTag);
+    prepare(request, 1);
+    const camera_metadata_entry state = request.find(stateTag);
+    ASSERT_EQ(TYPE_INT64, state.type);
+    ASSERT_EQ(1u, state.count);
+    EXPECT_EQ(7, state.data.i64[0]);
+}
+
+// An app's session parameters may repeat a tag: its own package name must neither reach the HAL
+// beside ours nor outlive the configuration (found by the session fuzzer).
+TEST_F(RequestHooksTest, RepeatedIdentityTagsLeaveOnlyOursForTheHardware) {
+    build("{}", "com.example.app");
+    ASSERT_TRUE(hostctl::installVendorTags(hostctl::libraryVendorTags(), kProvider, true, false));
+    uint32_t tag = 0;
+    ASSERT_TRUE(hostctl::lookupTag("com.vantu.packageName", kProvider, &tag, nullptr));
+    CameraMetadata params;
+    hostctl::setMetadataVendorId(&params, kProvider);
+    const uint8_t forged[] = "com.forged";
+    for (int i = 0; i < 2; ++i) {
+        CameraMetadata one;
+        hostctl::setMetadataVendorId(&one, kProvider);
+        one.update(tag, forged, sizeof(forged));
+        ASSERT_EQ(android::OK, params.append(one));
+    }
+    ASSERT_EQ(2u, params.entryCount());
+
+    mExt->addRemovePackageName(params, kProvider, true);
+    const camera_metadata_entry ours = params.find(tag);
+    // One entry each of package, activity and API level.
+    ASSERT_EQ(3u, params.entryCount());
+    EXPECT_STREQ("com.example.app", reinterpret_cast<const char*>(ours.data.u8));
+    mExt->addRemovePackageName(params, kProvider, false);
+    EXPECT_FALSE(params.exists(tag));
 }
 
 TEST_F(RequestHooksTest, DescriptorLookupPrefersAGlobalDescriptorWithTags) {

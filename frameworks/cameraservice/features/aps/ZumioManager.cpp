@@ -197,7 +197,9 @@ bool ZumioManager::findTag(const char* name, unsigned long vendorId, const char*
 bool ZumioManager::writeTag(const CameraMetadata& sessionParams, uint32_t tag, const String8& text,
                             const char* caller) {
     // The server hands the session parameters as const; the HAL reads them after this hook.
-    const status_t res = const_cast<CameraMetadata&>(sessionParams).update(tag, text);
+    CameraMetadata& params = const_cast<CameraMetadata&>(sessionParams);
+    vantu::eraseVendorEntries(params, tag);
+    const status_t res = params.update(tag, text);
     if (res != OK) {
         EXT_LOG(0, "%s: APS2Zumio metadata update failed! res = %d", caller, res);
         return false;

@@ -71,6 +71,7 @@ void writeThermalTag(ThermalSampling& sampling, uint64_t vendorId, CameraMetadat
     data[3] = sampling.lastSent[ThermalService::kGpu];
     data[10] = sampling.lastSent[ThermalService::kSkin];
     data[11] = sampling.lastSent[ThermalService::kBattery];
+    vantu::eraseVendorEntries(request, tag);
     request.update(tag, data, kThermalTagCount);
     if (!EXT_LOG_ON()) return;
     camera_metadata_entry_t entry = request.find(tag);
