@@ -16,6 +16,7 @@
 #include <hostctl/CameraHost.h>
 #include <hostctl/HostEnv.h>
 #include <hostctl/Properties.h>
+#include <hostctl/Services.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -84,7 +85,10 @@ constexpr char kConfig[] = R"({
   "com.fuzz.free": {"feature_resolution_enable": false}
 })";
 
-std::vector<android::CameraServiceExtImpl*> gChips;
+// The chips' extension objects, by board table row; never destroyed, so that they stay
+// reachable for the leak check at exit.
+std::vector<android::CameraServiceExtImpl*>& gChips =
+    *new std::vector<android::CameraServiceExtImpl*>();
 sp<hostctl::HostCameraService> gService;
 
 void discardLog(const struct __android_logger_data*, const char*) {}
@@ -305,5 +309,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     if (client != nullptr) ext->afterDisconnect(String8(cameraId), package, gService);
     ext->setAPKPackageName(String16("NULL"));
+    // The host's record of the services' calls would grow with every input.
+    hostctl::clearServiceCalls();
     return 0;
 }

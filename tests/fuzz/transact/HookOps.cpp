@@ -1,7 +1,6 @@
 // The hook operations of the transaction fuzzer: each calls the extension's hooks in the order
 // and with the objects the camera server uses, so transactions meet clients, streams, requests,
 // results and device events in every order an input can give.
-#include <binder/IPCThreadState.h>
 #include <camera/CaptureResult.h>
 #include <hostctl/HostEnv.h>
 #include <hostctl/HostHardwareBuffers.h>
@@ -295,7 +294,7 @@ void playHookOp(World& world, Op op, Reader& in) {
     }
 }
 
-void checkBetweenOps(const World&) {
+void checkBetweenOps() {
     HARNESS_CHECK(!gExt->disconnecting());
     const int32_t aon = android::gAONStatus;
     HARNESS_CHECK(aon >= android::AON_IDLE && aon <= android::AON_CLOSING);

@@ -4,6 +4,7 @@
 #include <binder/Parcel.h>
 #include <hostctl/HostEnv.h>
 #include <hostctl/Properties.h>
+#include <hostctl/Services.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -192,6 +193,8 @@ void resetWorld(World& world) {
     world.binders.clear();
     hostctl::clearBinders();
     setBaseProperties();
+    // The host's record of the services' calls would grow with every input.
+    hostctl::clearServiceCalls();
 }
 
 void makeDeviceRoot() {
@@ -287,7 +290,7 @@ void runOne(const uint8_t* bytes, size_t size) {
         } else {
             playHookOp(world, op, in);
         }
-        checkBetweenOps(world);
+        checkBetweenOps();
     }
     resetWorld(world);
 }

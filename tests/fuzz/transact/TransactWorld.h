@@ -8,6 +8,7 @@
 #include <hostctl/Binder.h>
 #include <hostctl/CameraHost.h>
 #include <hostctl/HostCaptureOutputStates.h>
+#include <signal.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -72,7 +73,7 @@ void closeClient(World& world, uint8_t choice);
 // Plays one operation other than a transaction.
 void playHookOp(World& world, Op op, Reader& in);
 // Checks what must hold between any two operations.
-void checkBetweenOps(const World& world);
+void checkBetweenOps();
 // Sets up what the hook operations need once (vendor tags, services).
 void initHookOps();
 
