@@ -53,7 +53,8 @@ CameraMetadata makeCharacteristics() {
     CameraMetadata md;
     const int32_t streams[] = {33, 4000, 3000, 0, 35, 4000, 3000, 0, 35, 1920, 1080, 0,
                                34, 1920, 1080, 0, 35, 640,  480,  0, 35, 4000, 3000, 1};
-    md.update(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS, streams, sizeof(streams) / 4);
+    md.update(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS, streams,
+              sizeof(streams) / sizeof(streams[0]));
     const int64_t exposure[] = {10000, 30000000000LL};
     md.update(ANDROID_SENSOR_INFO_EXPOSURE_TIME_RANGE, exposure, 2);
     const int32_t hfr[] = {1920, 1080, 120, 120, 1, 1280, 720, 30, 240, 4};

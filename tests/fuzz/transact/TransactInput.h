@@ -26,8 +26,8 @@
  *                     onClientChange with a new client of the harness
  *     2 disconnect    camera: the server's close sequence for the camera's client, if it has one
  *     3 eviction      camera, package: customIntelligentEviction
- *     4 configure     camera, u8 stream mask (bit i adds kStreamKinds[i]), u8 operating mode:
- *                     before/afterConfigureStreamsLocked and afterEndConfigure
+ *     4 configure     camera, u8 stream mask (bit i adds kStreamKinds[i], HookOps.cpp), u8
+ *                     operating mode: before/afterConfigureStreamsLocked and afterEndConfigure
  *     5 request       camera, u32 frame, u8 AF trigger, u8 AE precapture trigger, u8 flash mode:
  *                     IsNewRequest, onPrepareHalRequestsUpdateMetadata, afterSendRequestsBatch,
  *                     setTorchIntensity, checkNeedEnableMagneticSensor
