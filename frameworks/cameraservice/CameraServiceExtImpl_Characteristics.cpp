@@ -64,7 +64,10 @@ status_t CameraServiceExtImpl::getCameraCharacteristics(const String16& cameraId
     // The verifier is recognised whatever "feature_cts_enable" says.
     if (strncmp(package.string(), kVerifierPackage, kVerifierPrefixLength) == 0) {
         EXT_LOG(0, "%s, verifier case", "getCameraCharacteristics");
-        info->erase(ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES);
+        // Every copy, should a faulty packet hold the tag more than once.
+        while (info->exists(ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES) &&
+               info->erase(ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES) == OK) {
+        }
         limitSizeListForCtsVerifier(info, cameraId);
     }
     if (EXT_LOG_ON()) EXT_LOG(1, "%s, packageName = %s", __func__, package.string());

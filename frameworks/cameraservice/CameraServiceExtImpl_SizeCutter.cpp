@@ -85,8 +85,18 @@ void CameraServiceExtImpl::limitSize(int maxWidth, int maxHeight, CameraMetadata
                                                        maxHeight, limitJpeg, kept.data());
     const int32_t* out = kept.data();
     // The server's copy has no spare room: an update in place would reallocate and copy the
-    // whole packet, while after an erase the kept entries fit in the space it freed.
-    info->erase(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS);
+    // whole packet, while after an erase the kept entries fit in the space it freed. A faulty
+    // packet can hold the tag more than once, and the update would land on the next copy, of
+    // whatever type and size it has: every copy goes.
+    size_t copies = 0;
+    while (info->exists(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS) &&
+           info->erase(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS) == OK) {
+        ++copies;
+    }
+    if (copies > 1) {
+        EXT_LOG(0, "%s, stream configurations given %zu times, only the first kept", __func__,
+                copies);
+    }
     // An empty table still needs a real pointer for the packet functions.
     const int32_t none = 0;
     info->update(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS, keptCount == 0 ? &none : out,

@@ -2,23 +2,21 @@
 
 #include <android/log.h>
 #include <binder/Parcel.h>
-#include <hostctl/Binder.h>
-#include <hostctl/CameraHost.h>
 #include <hostctl/HostEnv.h>
 #include <hostctl/Properties.h>
-#include <stdio.h>
-#include <stdlib.h>
+#include <hostctl/Services.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <string>
 
-#include "CameraServiceExtImpl.h"
 #include "ExtFactory.h"
-#include "TransactInput.h"
+#include "TransactWorld.h"
 
 namespace transactfuzz {
+
+FuzzExtension* gExt = nullptr;
 
 namespace {
 
@@ -36,49 +34,16 @@ constexpr pid_t kJanitorPid = -4242;
 constexpr int64_t kWallStart = 1700000000;
 constexpr nsecs_t kMonotonicStart = 1000000000LL;
 constexpr nsecs_t kTwoDaysNs = 2LL * 86400 * 1000000000LL;
+// The parcel of a transaction is at most this long, whatever its length field says.
+constexpr size_t kMaxParcelBytes = 4096;
 
-#define HARNESS_CHECK(cond)                                                          \
-    do {                                                                             \
-        if (!(cond)) {                                                               \
-            fprintf(stderr, "transact harness: %s failed (code %u)\n", #cond, code); \
-            abort();                                                                 \
-        }                                                                            \
-    } while (0)
-
-// The extension with its client state put back between inputs.
-class FuzzExtension : public android::CameraServiceExtImpl {
-public:
-    void prepare(uint8_t world) {
-        {
-            std::lock_guard<std::mutex> lock(mPrivilegedUidsLock);
-            mPrivilegedUids.clear();
-        }
-        mAPKUid = -1;
-        mAPKPid = -1;
-        setAPKPackageName(String16("NULL"));
-        mAONDevProbed = false;
-        mDisconnectClients = false;
-        mConnectStatus = (world & kConnected) != 0;
-        if (mZumio == nullptr) mZumio = new android::ZumioManager();
-        if (mTorch == nullptr) mTorch = new android::MagnecticSensorManager();
-        mZumioManager = (world & kAvatarManager) ? mZumio : nullptr;
-        mZumioEnable = (world & kAvatarSwitch) != 0;
-        mSupportAps2Zumio = (world & kAps2Avatar) ? 1 : 0;
-        mMagneticSensorManager = (world & kTorchManager) ? mTorch : nullptr;
-    }
-    bool disconnecting() const { return mDisconnectClients; }
-
-private:
-    sp<android::ZumioManager> mZumio;
-    sp<android::MagnecticSensorManager> mTorch;
-};
-
-// Held for the process, so nothing the harness made is reported as leaked.
-FuzzExtension* gExt = nullptr;
+// The operation being played, for the report of a broken rule.
+uint32_t gOpIndex = 0;
+uint32_t gCode = 0;
 
 void discardLog(const struct __android_logger_data*, const char*) {}
 
-void writeParcel(Reader& in, Parcel* parcel, std::vector<sp<hostctl::HostBinder>>* binders) {
+void writeParcel(Reader& in, Parcel* parcel, World& world) {
     if ((in.u8() & kStructuredForm) == 0) {
         const size_t n = in.remaining();
         parcel->setData(in.rest(), n);
@@ -101,15 +66,9 @@ void writeParcel(Reader& in, Parcel* parcel, std::vector<sp<hostctl::HostBinder>
             case kNullString16:
                 parcel->writeString16(std::optional<String16>());
                 break;
-            case kBinder: {
-                const size_t which = in.u8() % kNamedBinders;
-                while (binders->size() <= which) {
-                    binders->push_back(hostctl::createBinder(
-                        "fuzz-" + std::to_string(binders->size()), "fuzz.IBinder"));
-                }
-                parcel->writeStrongBinder((*binders)[which]);
+            case kBinder:
+                parcel->writeStrongBinder(namedBinder(world, in.u8() % kNamedBinders));
                 break;
-            }
             case kNullBinder:
                 parcel->writeStrongBinder(nullptr);
                 break;
@@ -131,14 +90,65 @@ void writeParcel(Reader& in, Parcel* parcel, std::vector<sp<hostctl::HostBinder>
     parcel->setDataPosition(0);
 }
 
-sp<hostctl::HostCameraClient> openClient(int id) {
-    sp<hostctl::HostCameraClient> client =
-        new hostctl::HostCameraClient(android::String8(std::to_string(id).c_str()),
-                                      String16("com.fuzz.app"), 10100 + id, 5000 + id);
-    // As the server does: the close sequence drops the slot before disconnect returns.
-    client->setOnDisconnect([id](hostctl::HostCameraClient&) { gExt->dropClient(id); });
-    gExt->storeClient(id, client);
-    return client;
+// Clients of the harness that are open when the input starts, outside any connect: the server
+// has them, the library knows them only through its client slots.
+void openWorldClient(World& world, uint8_t choice) {
+    CameraSide& side = world.cameras[choice];
+    side.client =
+        new hostctl::HostCameraClient(android::String8(cameraIdText(choice).c_str()),
+                                      String16("com.fuzz.app"), 10100 + choice, 5000 + choice);
+    side.package = "com.fuzz.app";
+    World* w = &world;
+    side.client->setOnDisconnect(
+        [w, choice](hostctl::HostCameraClient&) { closeClient(*w, choice); });
+    gExt->storeClient(choice, side.client);
+    world.touched |= 1u << choice;
+}
+
+void playTransaction(World& world, Reader& in) {
+    const uint32_t code = in.u32();
+    const uint32_t flags = in.u32();
+    const uid_t uid = in.u32();
+    const pid_t pid = static_cast<pid_t>(in.u32());
+    Reader parcelBytes = in.sub(std::min<size_t>(in.u16(), kMaxParcelBytes));
+    gCode = code;
+
+    const bool granted = (world.bits & kGranted) != 0;
+    hostctl::setCallingIdentity(uid, pid);
+    if (granted) hostctl::grantPermission(uid, pid, kSystemCamera);
+    const bool connectedBefore = gExt->getConnectStatus();
+    Parcel data;
+    writeParcel(parcelBytes, &data, world);
+    Parcel reply;
+    const status_t res = gExt->onTransact(code, data, &reply, flags);
+    hostctl::resetCallingIdentity();
+    hostctl::clearPermissions();
+    hostctl::clearPermissionChecks();
+
+    HARNESS_CHECK(res == android::OK || res == android::BAD_VALUE ||
+                  res == android::UNKNOWN_ERROR || res == android::INVALID_OPERATION);
+    HARNESS_CHECK(reply.dataSize() <= 2 * sizeof(int32_t));
+    if (code < kFirstCode || code > kLastCode) {
+        HARNESS_CHECK(res == android::INVALID_OPERATION);
+        HARNESS_CHECK(data.dataPosition() == 0 && reply.dataSize() == 0);
+    }
+    if (code == 10009 || code == 10011) {
+        HARNESS_CHECK((res == android::UNKNOWN_ERROR) == !granted);
+        if (!granted) HARNESS_CHECK(reply.dataSize() == 0);
+    }
+    if (code == 10009 && granted) {
+        // Every client the slots knew is gone, from the server's side and from the slots.
+        for (int id = 0; id < android::kMaxCameraSlots; ++id) {
+            HARNESS_CHECK(world.cameras[id].client == nullptr);
+            HARNESS_CHECK(gExt->promoteClient(id) == nullptr);
+        }
+    }
+    if (code == 10011 && granted) {
+        reply.setDataPosition(0);
+        HARNESS_CHECK(reply.readInt32() == 0);
+        HARNESS_CHECK(reply.readBool() == connectedBefore);
+    }
+    gCode = 0;
 }
 
 // Results recorded by an input are swept by the next binder death once they are out of date:
@@ -156,6 +166,37 @@ void sweepAuthorisations() {
     janitor->kill();
 }
 
+void setBaseProperties() {
+    hostctl::clearProperties();
+    hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
+    hostctl::setProperty("ro.camera.privileged.3rdpartyApp", "com.partner.cam;");
+    // Information lines on, so their formats meet every value an input can carry.
+    hostctl::setProperty("persist.camera.assert.panic", "true");
+}
+
+// Puts the library back as a server with no client leaves it: every camera the input used is
+// closed, the always-on camera is shut, the authorised-app manager is swept.
+void resetWorld(World& world) {
+    for (uint8_t choice = 0; choice < kCameraChoices; ++choice) {
+        if ((world.touched & (1u << choice)) == 0) continue;
+        closeClient(world, choice);
+        const android::String8 id(cameraIdText(choice).c_str());
+        // A configuration without an open client leaves a meta stream record behind.
+        gExt->beforeDisconnect(false, false, id);
+        gExt->afterDisconnect(id, String16("NULL"), world.service);
+        world.cameras[choice].results.reset();
+    }
+    gExt->enumerateProviders();
+    for (int id = 0; id < android::kMaxCameraSlots; ++id) gExt->dropClient(id);
+    sweepAuthorisations();
+    for (const auto& binder : world.binders) binder->kill();
+    world.binders.clear();
+    hostctl::clearBinders();
+    setBaseProperties();
+    // The host's record of the services' calls would grow with every input.
+    hostctl::clearServiceCalls();
+}
+
 void makeDeviceRoot() {
     char tmpl[] = "/tmp/camext-fuzz-XXXXXX";
     const char* dir = mkdtemp(tmpl);
@@ -164,7 +205,9 @@ void makeDeviceRoot() {
     std::filesystem::create_directories(root / "odm/etc/camera");
     std::ofstream(root / "odm/etc/camera/fwk_config.json")
         << R"({"default": {"feature_auth_enable": true, "feature_aon_enable": true,
-                           "privileged_app_list": ["com.tencent"]}})";
+                           "privileged_app_list": ["com.tencent"],
+                           "thirdPartyAppWidthLimitForCam0": 1920,
+                           "thirdPartyAppHeightLimitForCam0": 1080}})";
     hostctl::setDeviceRoot(dir);
     static const std::string sRoot = dir;
     atexit([] {
@@ -175,16 +218,54 @@ void makeDeviceRoot() {
 
 }  // namespace
 
+void fail(const char* rule, const char* file, int line) {
+    fprintf(stderr, "transact harness: %s failed at %s:%d (operation %u, code %u)\n", rule, file,
+            line, gOpIndex, gCode);
+    abort();
+}
+
+void FuzzExtension::prepare(uint8_t world) {
+    {
+        std::lock_guard<std::mutex> lock(mPrivilegedUidsLock);
+        mPrivilegedUids.clear();
+    }
+    {
+        std::lock_guard<std::mutex> lock(mClientNameLock);
+        mCurrentPackageName = "NULL";
+        mActivityName = "NULL";
+        mClientComponentName = "";
+    }
+    mAPKUid = -1;
+    mAPKPid = -1;
+    setAPKPackageName(String16("NULL"));
+    mAONDevProbed = false;
+    mDisconnectClients = false;
+    mDoingDisconnect = false;
+    mFreeDomEviction = false;
+    mApplyThirdPartySettings = false;
+    mTorchOn = false;
+    mRejectStopPreview = false;
+    mLastAFtrigger = 0;
+    mLastRequestAFtrigger = 0;
+    mLastCameraId = -1;
+    mVendorId = static_cast<uint64_t>(-1);
+    mConnectStatus = (world & kConnected) != 0;
+    if (mZumio == nullptr) mZumio = new android::ZumioManager();
+    if (mTorch == nullptr) mTorch = new android::MagnecticSensorManager();
+    mZumioManager = (world & kAvatarManager) ? mZumio : nullptr;
+    mZumioEnable = (world & kAvatarSwitch) != 0;
+    mSupportAps2Zumio = (world & kAps2Avatar) ? 1 : 0;
+    mMagneticSensorManager = (world & kTorchManager) ? mTorch : nullptr;
+}
+
 void initHarness() {
     if (gExt != nullptr) return;
     __android_log_set_logger(discardLog);
     makeDeviceRoot();
-    hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
-    hostctl::setProperty("ro.camera.privileged.3rdpartyApp", "com.partner.cam;");
-    // Information lines on, so their formats meet every value an input can carry.
-    hostctl::setProperty("persist.camera.assert.panic", "true");
+    setBaseProperties();
     gExt = new FuzzExtension();
     gExt->incStrong(nullptr);
+    initHookOps();
     // Code 10014 reaches the extension through the server's factory.
     getExtFactoryImpl();
 }
@@ -192,98 +273,26 @@ void initHarness() {
 void runOne(const uint8_t* bytes, size_t size) {
     initHarness();
     Reader in(bytes, size);
-    const uint32_t code = in.u32();
-    const uint32_t flags = in.u32();
-    const uid_t uid = in.u32();
-    const pid_t pid = static_cast<pid_t>(in.u32());
-    const uint8_t world = in.u8();
+    World world;
+    world.service = new hostctl::HostCameraService();
+    world.bits = in.u8();
 
     // Every input starts at the same moment, so the sweep's jump never piles up.
     hostctl::useVirtualTime(kWallStart, kMonotonicStart);
-    gExt->prepare(world);
-    hostctl::setCallingIdentity(uid, pid);
-    const bool granted = (world & kGranted) != 0;
-    if (granted) hostctl::grantPermission(uid, pid, kSystemCamera);
-    sp<hostctl::HostCameraClient> clients[2];
-    if (world & kClient0) clients[0] = openClient(0);
-    if (world & kClient3) clients[1] = openClient(3);
+    gExt->prepare(world.bits);
+    if (world.bits & kClient0) openWorldClient(world, 0);
+    if (world.bits & kClient3) openWorldClient(world, 3);
 
-    std::vector<sp<hostctl::HostBinder>> binders;
-    Parcel data;
-    writeParcel(in, &data, &binders);
-    Parcel reply;
-    const status_t res = gExt->onTransact(code, data, &reply, flags);
-
-    HARNESS_CHECK(res == android::OK || res == android::BAD_VALUE ||
-                  res == android::UNKNOWN_ERROR || res == android::INVALID_OPERATION);
-    HARNESS_CHECK(reply.dataSize() <= 2 * sizeof(int32_t));
-    HARNESS_CHECK(!gExt->disconnecting());
-    if (code < kFirstCode || code > kLastCode) {
-        HARNESS_CHECK(res == android::INVALID_OPERATION);
-        HARNESS_CHECK(data.dataPosition() == 0 && reply.dataSize() == 0);
-    }
-    if (code == 10009 || code == 10011) {
-        HARNESS_CHECK((res == android::UNKNOWN_ERROR) == !granted);
-        if (!granted) HARNESS_CHECK(reply.dataSize() == 0);
-    }
-    if (code == 10009 && granted) {
-        for (const auto& client : clients) {
-            HARNESS_CHECK(client == nullptr || client->isDisconnected());
+    for (gOpIndex = 0; !in.empty(); ++gOpIndex) {
+        const Op op = static_cast<Op>(in.u8() % kOpCount);
+        if (op == kTransact) {
+            playTransaction(world, in);
+        } else {
+            playHookOp(world, op, in);
         }
+        checkBetweenOps();
     }
-    if (code == 10011 && granted) {
-        reply.setDataPosition(0);
-        HARNESS_CHECK(reply.readInt32() == 0);
-        HARNESS_CHECK(reply.readBool() == ((world & kConnected) != 0));
-    }
-
-    hostctl::resetCallingIdentity();
-    hostctl::clearPermissions();
-    hostctl::clearPermissionChecks();
-    for (int id = 0; id < android::kMaxCameraSlots; ++id) gExt->dropClient(id);
-    sweepAuthorisations();
-    for (const auto& binder : binders) binder->kill();
-    hostctl::clearBinders();
-}
-
-std::vector<std::vector<uint8_t>> seedInputs() {
-    constexpr uint8_t kAll = 0xff;
-    std::vector<std::vector<uint8_t>> seeds;
-    auto add = [&seeds](const Writer& w) { seeds.push_back(w.bytes()); };
-    add(Writer()
-            .header(10001, 0, 1000, 2100, kAll)
-            .token()
-            .int32(10234)
-            .int32(7200)
-            .int32(3)
-            .string16("com.example.docscan"));
-    add(Writer().header(10002, 0, 1000, 2100, kAll).token().binder(0));
-    add(Writer().header(10003, 0, 1000, 2100, kAll).token().string16("com.whatsapp"));
-    add(Writer().header(10004, 0, 10234, 7200, kAll).token().string16("com.example.docscan"));
-    add(Writer()
-            .header(10005, 0, 1000, 2100, kAll)
-            .token()
-            .string16("com.vantu.camera")
-            .int32(10050)
-            .int32(3100));
-    add(Writer().header(10006, 0, 10050, 3100, kAll).token());
-    add(Writer().header(10007, 0, 1000, 1234, kAll).token());
-    add(Writer().header(10008, 0, 1000, 1234, kAll).token().int32(100));
-    add(Writer().header(10009, 0, 1047, 812, kAll));
-    add(Writer().header(10010, 0, 1000, 2100, kAll).token().string16("NULL"));
-    add(Writer().header(10010, 0, 1000, 2100, kAll).token().string16("init"));
-    add(Writer().header(10010, 0, 1000, 2100, kAll).token().string16("{\"avatar\":1}"));
-    add(Writer().header(10011, 0, 1047, 812, kAll).token());
-    add(Writer().header(10012, 0, 10300, 8100, kAll).token().binder(1));
-    add(Writer().header(10013, 0, 10300, 8100, kAll).token());
-    add(Writer().header(10014, 0, 1047, 812, kAll).token());
-    // Refusals: no permission, codes just outside the range, a null binder, a null string.
-    add(Writer().header(10009, 0, 10100, 5000, kAll & ~kGranted));
-    add(Writer().header(10000, 0, 1000, 2100, kAll).token());
-    add(Writer().header(10015, 0, 1000, 2100, kAll).token());
-    add(Writer().header(10002, 0, 1000, 2100, kAll).token().nullBinder());
-    add(Writer().header(10003, 1, 1000, 2100, kAll).token().nullString16());
-    return seeds;
+    resetWorld(world);
 }
 
 }  // namespace transactfuzz

@@ -1,6 +1,7 @@
 // The stream-size cutter and the range fixes of the characteristics query, on tables a HAL might
 // really hand over, well formed or not.
 #include <gtest/gtest.h>
+#include <string.h>
 #include <system/camera_metadata.h>
 
 #include <string>
@@ -110,6 +111,34 @@ TEST_F(SizeCutter, ValuesAfterTheLastWholeEntryAreDroppedAndLogged) {
     CameraMetadata tiny = table({35, 640});
     ext->limitSize(1920, 1080, &tiny, false);
     EXPECT_EQ(0u, tiny.find(kStreams).count);
+}
+
+// A packet from a faulty provider that holds the stream table twice, the second copy as int64
+// values: the second entry is added under an int64 tag and then given the table's tag in its
+// record (the wire layout: the records start at the offset the header keeps at byte 20, 16 bytes
+// each, the tag first).
+CameraMetadata tableTwice(const std::vector<int32_t>& first, size_t secondCount) {
+    camera_metadata_t* packet = allocate_camera_metadata(4, 4096);
+    add_camera_metadata_entry(packet, kStreams, first.data(), first.size());
+    const std::vector<int64_t> second(secondCount, 4000);
+    add_camera_metadata_entry(packet, ANDROID_SENSOR_INFO_MAX_FRAME_DURATION, second.data(),
+                              second.size());
+    uint32_t entriesStart = 0;
+    memcpy(&entriesStart, reinterpret_cast<uint8_t*>(packet) + 20, sizeof(entriesStart));
+    memcpy(reinterpret_cast<uint8_t*>(packet) + entriesStart + 16, &kStreams, sizeof(kStreams));
+    return CameraMetadata(packet);
+}
+
+TEST_F(SizeCutter, TableGivenTwiceEndsAsOneTableOfTheKeptEntries) {
+    sp<CameraServiceExtImpl> ext = build();
+    CameraMetadata md = tableTwice({35, 4000, 3000, 0, 35, 640, 480, 0}, 64);
+    testsupport::LogCapture logs;
+    ext->limitSize(1920, 1080, &md, false);
+    EXPECT_EQ(TYPE_INT32, md.find(kStreams).type);
+    EXPECT_EQ((std::vector<int32_t>{35, 640, 480, 0}), int32s(md, kStreams));
+    EXPECT_TRUE(logs.contains("stream configurations given 2 times")) << logs.dump();
+    md.erase(kStreams);
+    EXPECT_FALSE(md.exists(kStreams));
 }
 
 TEST_F(SizeCutter, NegativeSizesAreKeptAndNegativeBoundsCutEveryCutFormat) {
