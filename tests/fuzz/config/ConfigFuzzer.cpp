@@ -142,8 +142,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     const std::string text(reinterpret_cast<const char*>(data), size);
     const std::vector<std::string> names = fuzzworld::quotedStrings(text, 24, 200);
-    std::vector<const char*> packages = {"default", "com.tencent.mm", "com.whatsapp", kNoSection,
-                                         nullptr};
+    // A null package is "default" to the parser's own getters.
+    std::vector<const char*> packages = {"default", "com.tencent.mm", kNoSection};
     for (const std::string& name : names) {
         if (name != "default") {
             packages.push_back(name.c_str());
