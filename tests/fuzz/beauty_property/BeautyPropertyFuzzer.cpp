@@ -8,10 +8,12 @@
  * The first byte: bit 0 camera 1 (else 0), bit 1 the beauty switch on, bit 2 platform "lahaina"
  * (else "kona"), bit 3 the avatar switched on, bits 4-5 the app, bits 6-7 the activity.
  *
- * What must hold whatever the value says: processing is on only for camera 1 with the beauty
- * switch on, "isOpen" in the value and 1 as the first digit after it, unless the avatar runs;
- * the camera's bit of the mask follows the switch; the property name stays within its buffer.
+ * What must hold whatever the value says: processing is on exactly when the avatar runs, or for
+ * camera 1 with the beauty switch on, "isOpen" in the value with 1 as the first digit after it
+ * and the value's activity matching; the camera's bit of the mask follows the switch; the
+ * property name is the prefix and the package.
  */
+#include <cutils/properties.h>
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
@@ -113,12 +115,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     APSInterface* aps = gExt->aps();
     const bool need = aps->getNeedAPSProcess();
+    // The value as the switch reads it, and the decision its rules make of it.
+    char read[PROPERTY_VALUE_MAX];
+    property_get((std::string(kPrefix) + package).c_str(), read, "-1");
+    const String8 activityNow = gExt->currentActivityName();
+    const bool fromValue =
+        camera == 1 && strcmp(read, "-1") != 0 && beautyOn && openDigit(read) == 1 &&
+        APSInterface::isSupportActivity(strstr(read, "isOpen"), package, activityNow.c_str(), read);
     const bool avatar = (choices & 8) != 0 && gExt->fwkZumio() != 0;
-    if (need && !avatar) {
-        // Property values are cut as property_get cuts them.
-        const std::string read = value.substr(0, PROPERTY_VALUE_MAX - 1);
-        FUZZ_CHECK(camera == 1 && beautyOn && openDigit(read.c_str()) == 1);
-    }
+    FUZZ_CHECK(need == (fromValue || avatar));
     FUZZ_CHECK(((aps->getAPSCameraMask() >> camera) & 1) == (need ? 1 : 0));
     FUZZ_CHECK(strnlen(aps->getApkPropName(), APSInterface::kApkPropNameSize) <
                APSInterface::kApkPropNameSize);

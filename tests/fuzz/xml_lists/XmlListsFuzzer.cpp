@@ -6,7 +6,7 @@
  * app check and its ISO table. `camext lint` checks the fuzzed file as its command does.
  *
  * What must hold whatever the files say:
- *  - every text taken from a list fits its 64-byte field;
+ *  - every text taken from a list fits its 64-byte field, and a bad file spoils only its list;
  *  - without an "updateInfo" naming this build the torch keeps no list;
  *  - an app on the torch's list is enabled; a size limit is set only by an entry naming the app;
  *  - the torch's brightness is 0 for a request of 0, and otherwise a level of the table in use
@@ -153,6 +153,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     bool matches = gExt->torch()->isNeedUpdateRIOWhiteList();
     checkMotor(gExt->motor());
     checkTorch(gExt->torch(), matches);
+    // A bad file spoils only its own list.
+    if (which != 0) {
+        const auto list = gExt->motor()->motorCtrlList();
+        FUZZ_CHECK(list.size() == 1 && strcmp(list[0].name, "com.tencent.mm.main.preview") == 0);
+    }
+    if (which != 1 && matches) {
+        const std::vector<String8> apps = gExt->torch()->whiteList();
+        FUZZ_CHECK(apps.size() == 1 && apps[0] == String8("com.whatsapp"));
+        FUZZ_CHECK(gExt->torch()->isoIntensityMap() ==
+                   std::vector<int32_t>({1000, 40, 46, -1, 11, 16}));
+    }
 
     camext::lintListFile(fuzzworld::hostPath(kFiles[which]).c_str(), text, fuzzworld::nullStream(),
                          fuzzworld::nullStream());
