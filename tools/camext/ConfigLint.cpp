@@ -3,6 +3,7 @@
 #include <ctype.h>
 #include <errno.h>
 #include <stdlib.h>
+#include <string.h>
 
 #include <algorithm>
 #include <map>
@@ -209,9 +210,14 @@ std::vector<LintFinding> lintConfig(const JsonNode& root) {
 
 const char* suggestConfigKey(std::string_view name) {
     const std::string folded = lower(name);
+    const size_t limit = 2 + name.size() / 8;
     const ConfigKey* best = nullptr;
     std::pair<size_t, size_t> bestDistance;
     for (const ConfigKey& key : android::vantu::configKeys()) {
+        // The distance is at least the difference in length, so a key that much longer or
+        // shorter cannot be suggested; skipping it keeps a long unknown name cheap to check.
+        const size_t length = strlen(key.name);
+        if ((length > name.size() ? length - name.size() : name.size() - length) > limit) continue;
         // Case is compared last, so "limit_intelligent_eviction" finds its key at once.
         const std::pair<size_t, size_t> d{editDistance(folded, lower(key.name)),
                                           editDistance(name, key.name)};
@@ -220,7 +226,6 @@ const char* suggestConfigKey(std::string_view name) {
             bestDistance = d;
         }
     }
-    const size_t limit = 2 + name.size() / 8;
     return best != nullptr && bestDistance.first <= limit ? best->name : nullptr;
 }
 

@@ -1,6 +1,7 @@
 #include "ConfigScanner.h"
 
 #include <ctype.h>
+#include <string.h>
 #include <strings.h>
 
 namespace camext {
@@ -251,21 +252,30 @@ private:
     }
 
     bool literal(JsonNode* node) {
+        // json-c ends a literal as soon as it is complete: "truex" is true followed by "x",
+        // which is an error inside a document and ignored text after one.
+        static constexpr struct {
+            const char* word;
+            JsonNode::Kind kind;
+        } kLiterals[] = {{"true", JsonNode::Kind::Bool},
+                         {"false", JsonNode::Kind::Bool},
+                         {"null", JsonNode::Kind::Null},
+                         {"nan", JsonNode::Kind::Double},
+                         {"infinity", JsonNode::Kind::Double}};
+        const std::string_view rest = mText.substr(mPos);
+        for (const auto& literal : kLiterals) {
+            const size_t length = strlen(literal.word);
+            if (rest.size() >= length && strncasecmp(rest.data(), literal.word, length) == 0) {
+                node->text = std::string(rest.substr(0, length));
+                node->kind = literal.kind;
+                for (size_t k = 0; k < length; ++k) advance();
+                return true;
+            }
+        }
         const size_t start = mPos;
         while (!atEnd() && isalpha(static_cast<unsigned char>(peek()))) advance();
         const std::string word(mText.substr(start, mPos - start));
-        node->text = word;
-        if (strcasecmp(word.c_str(), "true") == 0 || strcasecmp(word.c_str(), "false") == 0) {
-            node->kind = JsonNode::Kind::Bool;
-        } else if (strcasecmp(word.c_str(), "null") == 0) {
-            node->kind = JsonNode::Kind::Null;
-        } else if (strcasecmp(word.c_str(), "nan") == 0 ||
-                   strcasecmp(word.c_str(), "infinity") == 0) {
-            node->kind = JsonNode::Kind::Double;
-        } else {
-            return fail(word.empty() ? "a value was expected" : "unknown word '" + word + "'");
-        }
-        return true;
+        return fail(word.empty() ? "a value was expected" : "unknown word '" + word + "'");
     }
 
     std::string_view mText;

@@ -196,17 +196,19 @@ std::vector<Finding> lintUpdateInfo(const std::string& content) {
     return findings;
 }
 
-int report(const char* file, std::vector<Finding> findings) {
+int report(const char* file, std::vector<Finding> findings, FILE* out) {
     std::stable_sort(findings.begin(), findings.end(),
                      [](const Finding& a, const Finding& b) { return a.line < b.line; });
-    for (const Finding& f : findings) printf("%s:%d: error: %s\n", file, f.line, f.message.c_str());
+    for (const Finding& f : findings) {
+        fprintf(out, "%s:%d: error: %s\n", file, f.line, f.message.c_str());
+    }
     return findings.empty() ? 0 : 1;
 }
 
 }  // namespace
 
-int lintListFile(const char* file, const std::string& content) {
-    if (baseName(file) == "updateInfo") return report(file, lintUpdateInfo(content));
+int lintListFile(const char* file, const std::string& content, FILE* out, FILE* err) {
+    if (baseName(file) == "updateInfo") return report(file, lintUpdateInfo(content), out);
     if (!isXml(content)) return -1;
     xmlResetLastError();
     CameraServiceRus::Doc doc = CameraServiceRus::readFile(file);
@@ -214,11 +216,11 @@ int lintListFile(const char* file, const std::string& content) {
         const xmlError* error = xmlGetLastError();
         std::string message = error != nullptr && error->message != nullptr ? error->message : "";
         while (!message.empty() && message.back() == '\n') message.pop_back();
-        fprintf(stderr, "%s:%d: error: not well-formed XML: %s\n", file,
+        fprintf(err, "%s:%d: error: not well-formed XML: %s\n", file,
                 error != nullptr ? error->line : 0, message.c_str());
         return 2;
     }
-    return report(file, lintXml(doc.get()));
+    return report(file, lintXml(doc.get()), out);
 }
 
 }  // namespace camext

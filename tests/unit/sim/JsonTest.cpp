@@ -35,6 +35,19 @@ TEST(SimJsonParse, KeepsIntegersApartFromNumbersAndMembersInOrder) {
     EXPECT_EQ("n", v.members()[3].first);
 }
 
+// A value that is a bare number ends with the text; json-c needs a terminator to see that.
+TEST(SimJsonParse, ReadsANumberThatEndsTheText) {
+    for (const char* text : {"7", "-1.5", "7\n", "1e3"}) {
+        std::string error;
+        const Json v = Json::parse(text, &error);
+        EXPECT_TRUE(error.empty()) << text << ": " << error;
+        EXPECT_TRUE(v.isNumber()) << text;
+    }
+    std::string error;
+    Json::parse("[7", &error);
+    EXPECT_NE(std::string::npos, error.find("unexpected end of the file")) << error;
+}
+
 TEST(SimJsonText, DumpReadsBackTheSameValue) {
     Json v = Json::object({{"text", "quote \" slash \\ line\n tab\t bell\x07 é"},
                            {"whole", 30.0},

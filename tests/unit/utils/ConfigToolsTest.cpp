@@ -163,6 +163,15 @@ TEST_F(ConfigToolsTest, LintFollowsTheSyntaxJsonCAccepts) {
     EXPECT_EQ("", r.out);
 }
 
+// json-c ends a literal as soon as it is complete and ignores text after the document, so a file
+// that begins "nanef" is a number to the library, not a syntax error.
+TEST_F(ConfigToolsTest, LintEndsALiteralWhereJsonCDoes) {
+    const ToolRun r = camext("lint '" + file("nanef, {\"default\": {}}") + "'");
+    EXPECT_EQ(1, r.status) << r.out << r.err;
+    EXPECT_NE(std::string::npos, r.out.find(":1: error: the document is a double")) << r.out;
+    EXPECT_NE(std::string::npos, r.out.find("text after the end of the document is ignored"));
+}
+
 TEST_F(ConfigToolsTest, LintExitsWithTwoOnFilesTheLibraryCannotLoad) {
     ToolRun r = camext("lint '" + scratch.path() + "/absent.json'");
     EXPECT_EQ(2, r.status);

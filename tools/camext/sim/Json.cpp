@@ -83,6 +83,14 @@ Json Json::parse(const std::string& text, std::string* error) {
     json_object* root = json_tokener_parse_ex(tok, text.c_str(), static_cast<int>(text.size()));
     json_tokener_error err = json_tokener_get_error(tok);
     size_t end = json_tokener_get_parse_end(tok);
+    if (err == json_tokener_continue) {
+        // A number that ends the text is complete only once json-c reads past it: give it the
+        // terminator. Whatever else is still open stays an unexpected end.
+        root = json_tokener_parse_ex(tok, "", 1);
+        err = json_tokener_get_error(tok) == json_tokener_success ? json_tokener_success
+                                                                  : json_tokener_continue;
+        end = text.size();
+    }
     Json result;
     if (err == json_tokener_continue) {
         if (error) *error = position(text, text.size()) + ": unexpected end of the file";
