@@ -115,8 +115,9 @@ status_t HostOutputStream::getBuffer(camera_stream_buffer* buffer, nsecs_t waitB
     }
     if (res == OK) takeBufferLocked(buffer);
     recordLocked("getBuffer", res);
+    const bool listened = !mBufferListeners.empty();
     lock.unlock();
-    if (res == OK) notifyListeners(/*acquired=*/true, 0, false, 0);
+    if (res == OK && listened) notifyListeners(/*acquired=*/true, 0, false, 0);
     return res;
 }
 
@@ -178,12 +179,12 @@ status_t HostOutputStream::returnBuffer(const camera_stream_buffer& buffer, nsec
     mFree.push_back(static_cast<size_t>(index));
     if (!error) mUnpreparable = true;
     mDelivered.push_back({static_cast<size_t>(index), timestamp, frameNumber, error});
-    if (mDelivered.size() > kMaxRecords) mDelivered.pop_front();
     recordReturnLocked(frameNumber, error);
     markActivityLocked();
     mBufferReturned.notify_all();
+    const bool listened = !mBufferListeners.empty();
     lock.unlock();
-    notifyListeners(/*acquired=*/false, timestamp, error, frameNumber);
+    if (listened) notifyListeners(/*acquired=*/false, timestamp, error, frameNumber);
     return OK;
 }
 
