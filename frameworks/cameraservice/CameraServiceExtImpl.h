@@ -373,8 +373,9 @@ public:
 
     // ---- Pop-up motor (CameraServiceExtImpl_Motor.cpp) ----
     // The motor commands a capture request calls for: raising the module for the front camera,
-    // lowering it once the front camera stopped, and the module flash.
-    void applyMotorRequestRules(const camera_metadata* settings, const String8& cameraId);
+    // lowering it once the front camera stopped, and the module flash. `cameraId` is the id as
+    // cameraIdToInt reads it (-1 when the text is no number).
+    void applyMotorRequestRules(const camera_metadata* settings, int cameraId);
 
     // ---- Client slots (CameraServiceExtImpl.cpp) ----
     // True for the camera ids that have a slot (0..21).

@@ -198,7 +198,8 @@ bool CameraServiceExtImpl::returnMetaBuffer(int cameraId, int count) {
 
 void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* settings,
                                                   String8 cameraId) {
-    const ssize_t index = vantu::indexOfKey(mMetaStreamInfos, cameraIdToInt(cameraId));
+    const int id = cameraIdToInt(cameraId);
+    const ssize_t index = vantu::indexOfKey(mMetaStreamInfos, id);
     if (index >= 0) {
         MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
         if (info.mLock != nullptr && info.mMetaStream != nullptr) {
@@ -219,7 +220,7 @@ void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* setting
             }
         }
     }
-    applyMotorRequestRules(settings, cameraId);
+    applyMotorRequestRules(settings, id);
 }
 
 size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result,
