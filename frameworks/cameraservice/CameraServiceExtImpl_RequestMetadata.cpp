@@ -111,20 +111,16 @@ CameraServiceExtImpl::RequestApp CameraServiceExtImpl::classifyRequestAppLocked(
         mRequestAppName = mCurrentPackageName;
         mRequestAppSwitchesPackage = nullptr;
         mRequestAppIsSwitchesPackage = false;
-        const char* package = mRequestAppName.string();
-        if (isWhatsApp(package)) {
-            mRequestApp = RequestApp::kWhatsApp;
-        } else if (strcmp(package, "com.facebook.orca") == 0) {
-            mRequestApp = RequestApp::kMessenger;
-        } else if (strcmp(package, "com.facebook.katana") == 0) {
-            mRequestApp = RequestApp::kFacebook;
-        } else if (strcmp(package, "com.snapchat.android") == 0) {
-            mRequestApp = RequestApp::kSnapchat;
-        } else if (strcmp(package, "com.skype.raider") == 0) {
-            mRequestApp = RequestApp::kSkype;
-        } else {
-            mRequestApp = RequestApp::kOther;
-        }
+        // Out of line: the check above is all that most calls do.
+        const auto classify = [](const char* package) __attribute__((noinline)) {
+            if (isWhatsApp(package)) return RequestApp::kWhatsApp;
+            if (strcmp(package, "com.facebook.orca") == 0) return RequestApp::kMessenger;
+            if (strcmp(package, "com.facebook.katana") == 0) return RequestApp::kFacebook;
+            if (strcmp(package, "com.snapchat.android") == 0) return RequestApp::kSnapchat;
+            if (strcmp(package, "com.skype.raider") == 0) return RequestApp::kSkype;
+            return RequestApp::kOther;
+        };
+        mRequestApp = classify(mRequestAppName.string());
     }
     return mRequestApp;
 }
