@@ -210,15 +210,15 @@ void HostOutputStream::pushRecordLocked(const CallRecord& record) {
 }
 
 void HostOutputStream::recordLocked(const char* call) {
-    pushRecordLocked({call, OK, 0, CallRecord::kName, false});
+    pushRecordLocked({call, 0, OK, CallRecord::kName, false});
 }
 
 void HostOutputStream::recordLocked(const char* call, status_t result) {
-    pushRecordLocked({call, result, 0, CallRecord::kResult, false});
+    pushRecordLocked({call, 0, result, CallRecord::kResult, false});
 }
 
 void HostOutputStream::recordReturnLocked(uint64_t frameNumber, bool error) {
-    pushRecordLocked({"returnBuffer", OK, frameNumber, CallRecord::kReturnBuffer, error});
+    pushRecordLocked({"returnBuffer", frameNumber, OK, CallRecord::kReturnBuffer, error});
 }
 
 // ---- Stream description -------------------------------------------------------------------

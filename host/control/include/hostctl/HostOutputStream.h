@@ -222,8 +222,8 @@ private:
     struct CallRecord {
         enum Form : uint8_t { kName, kResult, kReturnBuffer };
         const char* name;  // a literal
-        android::status_t result;
         uint64_t frameNumber;
+        android::status_t result;
         Form form;
         bool error;
     };
