@@ -49,6 +49,7 @@
 #include "features/rio/MagneticSensorManger.h"
 #include "utils/Env.h"
 #include "utils/Relaxed.h"
+#include "utils/RequestSwitches.h"
 
 namespace android {
 
@@ -197,11 +198,15 @@ public:
     void addRemovePackageName(const CameraMetadata& sessionParams, unsigned long vendorId, bool add);
 
 protected:
-    // Apps that the request rules single out by package.
-    enum class RequestApp : uint8_t { kOther, kWhatsApp, kMessenger, kFacebook };
-    // The current package's class for the request rules; classified again only when the package
-    // changes, so that the request thread neither copies nor compares names per request.
+    // Apps that the request and result rules single out by package.
+    enum class RequestApp : uint8_t { kOther, kWhatsApp, kMessenger, kFacebook, kSnapchat, kSkype };
+    // The current package's class for the request and result rules; classified again only when
+    // the package changes, so that the per-frame hooks neither copy nor compare names.
     RequestApp currentRequestApp() const;
+    // The same, and whether "reject_3rd_app_stop_preview" names the current package: answered
+    // from `switches` when they are for this package, else looked up.
+    RequestApp currentRequestApp(const vantu::RequestSwitches& switches,
+                                 bool* rejectsStopPreview) const;
     // Request fixes that the base and the chip classes share: WhatsApp's pending AF trigger goes
     // back to IDLE, and Messenger's always-flash AE mode gets a single flash.
     void applyThirdPartyFlashAfFixes(CameraMetadata& request);
@@ -368,8 +373,9 @@ public:
 
     // ---- Pop-up motor (CameraServiceExtImpl_Motor.cpp) ----
     // The motor commands a capture request calls for: raising the module for the front camera,
-    // lowering it once the front camera stopped, and the module flash.
-    void applyMotorRequestRules(const camera_metadata* settings, const String8& cameraId);
+    // lowering it once the front camera stopped, and the module flash. `cameraId` is the id as
+    // cameraIdToInt reads it (-1 when the text is no number).
+    void applyMotorRequestRules(const camera_metadata* settings, int cameraId);
 
     // ---- Client slots (CameraServiceExtImpl.cpp) ----
     // True for the camera ids that have a slot (0..21).
@@ -403,6 +409,12 @@ protected:
     // freed and another name take its place) and its class; under mClientNameLock.
     mutable String8 mRequestAppName;
     mutable RequestApp mRequestApp = RequestApp::kOther;
+    // The (interned) package the request switches were last for, and whether it is the
+    // classified package; under mClientNameLock, forgotten when the package changes.
+    mutable const char* mRequestAppSwitchesPackage = nullptr;
+    mutable bool mRequestAppIsSwitchesPackage = false;
+    // Classifies the current package again when it changed; under mClientNameLock.
+    RequestApp classifyRequestAppLocked() const;
     // "package/activity" exactly as the server passed it to beforeConnect.
     String8 mClientComponentName;
 

@@ -3,13 +3,14 @@
  * buffers. It is kept from the camera HAL, configured by the library and fed with buffers.
  */
 #include <android/hardware_buffer.h>
-#include <stdio.h>
 #include <string.h>
 #include <system/camera_metadata.h>
 #include <vndk/hardware_buffer.h>
 
 #include "CameraServiceExtImpl.h"
+#include "utils/FrameStamp.h"
 #include "utils/JsonParser.h"
+#include "utils/KeyedLookup.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -197,7 +198,8 @@ bool CameraServiceExtImpl::returnMetaBuffer(int cameraId, int count) {
 
 void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* settings,
                                                   String8 cameraId) {
-    const ssize_t index = mMetaStreamInfos.indexOfKey(cameraIdToInt(cameraId));
+    const int id = cameraIdToInt(cameraId);
+    const ssize_t index = vantu::indexOfKey(mMetaStreamInfos, id);
     if (index >= 0) {
         MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
         if (info.mLock != nullptr && info.mMetaStream != nullptr) {
@@ -218,7 +220,7 @@ void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* setting
             }
         }
     }
-    applyMotorRequestRules(settings, cameraId);
+    applyMotorRequestRules(settings, id);
 }
 
 size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result,
@@ -283,8 +285,7 @@ size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult
             const uint32_t tag = mAPSRsultTag;
             camera_metadata_entry_t entry{};
             if (tag != 0 && find_camera_metadata_entry(copy, tag, &entry) == OK) {
-                snprintf(reinterpret_cast<char*>(entry.data.u8), entry.count, "[frameId;INT;%u;]",
-                         frameNumber);
+                vantu::writeFrameStamp(entry.data.u8, entry.count, frameNumber);
                 stamped = true;
             } else {
                 EXT_LOG(0, "%s: mAPSRsultTag %d", kResultHook, static_cast<int>(tag));

@@ -31,10 +31,8 @@ int readByte(const camera_metadata* settings, uint32_t tag) {
 //   mode is SINGLE or TORCH; off (2) for any other mode. A request carrying neither mode keeps
 //   the flash as it is. Each command goes out once per change, and the module flash that is on
 //   is turned off when its client disconnects (mMotorReleasePending).
-void CameraServiceExtImpl::applyMotorRequestRules(const camera_metadata* settings,
-                                                  const String8& cameraId) {
+void CameraServiceExtImpl::applyMotorRequestRules(const camera_metadata* settings, int id) {
     if (mMotorManager == nullptr) return;
-    const int id = cameraIdToInt(cameraId);
     if (id < 0) return;
     if (id == 1 && !MotorManager::mIsOpenCameraUpMotor) {
         mMotorManager->sendSocketToMotorServer(MotorManager::CMD_UP, currentPackageName().string(),

@@ -35,6 +35,17 @@ bool firstByte(const CameraMetadata& request, uint32_t tag, uint8_t* value) {
     return true;
 }
 
+// Writes one byte value of `tag`: in place when the request holds it as one byte, as the app's
+// triggers and modes are, else through update.
+void setByte(CameraMetadata& request, uint32_t tag, uint8_t value) {
+    const camera_metadata_entry entry = request.find(tag);
+    if (entry.count == 1 && entry.type == TYPE_BYTE && entry.data.u8 != nullptr) {
+        entry.data.u8[0] = value;
+        return;
+    }
+    request.update(tag, &value, 1);
+}
+
 // The answer of afterEndConfigure to an SDK app that is not authorised; `line` is where the
 // refusal was decided.
 binder::Status refuseUnauthorisedSdkApp(const String8& package, int line) {
@@ -94,22 +105,51 @@ binder::Status CameraServiceExtImpl::afterEndConfigure(const CameraMetadata& ses
     return binder::Status::ok();
 }
 
-CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp() const {
-    std::lock_guard<std::mutex> lock(mClientNameLock);
+CameraServiceExtImpl::RequestApp CameraServiceExtImpl::classifyRequestAppLocked() const {
+    // The held name keeps its storage, so an equal pointer means the same package.
     if (mRequestAppName.string() != mCurrentPackageName.string()) {
         mRequestAppName = mCurrentPackageName;
-        const char* package = mRequestAppName.string();
-        if (isWhatsApp(package)) {
-            mRequestApp = RequestApp::kWhatsApp;
-        } else if (strcmp(package, "com.facebook.orca") == 0) {
-            mRequestApp = RequestApp::kMessenger;
-        } else if (strcmp(package, "com.facebook.katana") == 0) {
-            mRequestApp = RequestApp::kFacebook;
-        } else {
-            mRequestApp = RequestApp::kOther;
-        }
+        mRequestAppSwitchesPackage = nullptr;
+        mRequestAppIsSwitchesPackage = false;
+        // Out of line: the check above is all that most calls do.
+        const auto classify = [](const char* package) __attribute__((noinline)) {
+            if (isWhatsApp(package)) return RequestApp::kWhatsApp;
+            if (strcmp(package, "com.facebook.orca") == 0) return RequestApp::kMessenger;
+            if (strcmp(package, "com.facebook.katana") == 0) return RequestApp::kFacebook;
+            if (strcmp(package, "com.snapchat.android") == 0) return RequestApp::kSnapchat;
+            if (strcmp(package, "com.skype.raider") == 0) return RequestApp::kSkype;
+            return RequestApp::kOther;
+        };
+        mRequestApp = classify(mRequestAppName.string());
     }
     return mRequestApp;
+}
+
+CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp() const {
+    std::lock_guard<std::mutex> lock(mClientNameLock);
+    return classifyRequestAppLocked();
+}
+
+CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp(
+    const vantu::RequestSwitches& switches, bool* rejectsStopPreview) const {
+    RequestApp app;
+    {
+        std::lock_guard<std::mutex> lock(mClientNameLock);
+        app = classifyRequestAppLocked();
+        // Both names keep their storage, so equal pointers give the same answer as before.
+        if (switches.package != mRequestAppSwitchesPackage) {
+            mRequestAppSwitchesPackage = switches.package;
+            mRequestAppIsSwitchesPackage = switches.package != nullptr &&
+                                           strcmp(switches.package, mRequestAppName.string()) == 0;
+        }
+        if (mRequestAppIsSwitchesPackage) {
+            *rejectsStopPreview = switches.rejectStopPreview;
+            return app;
+        }
+    }
+    // The switches answer for another package (the configuration's package moved on): look up.
+    *rejectsStopPreview = vantu::rejectsStopPreview(switches, currentPackageName().string());
+    return app;
 }
 
 bool CameraServiceExtImpl::IsNewRequest(bool newRequest, bool flag) {
@@ -152,8 +192,7 @@ void CameraServiceExtImpl::applyThirdPartyFlashAfFixes(CameraMetadata& request) 
                     kPrepareHook);
         }
         mLastAFtrigger = 0;
-        const uint8_t idle = ANDROID_CONTROL_AF_TRIGGER_IDLE;
-        request.update(ANDROID_CONTROL_AF_TRIGGER, &idle, 1);
+        setByte(request, ANDROID_CONTROL_AF_TRIGGER, ANDROID_CONTROL_AF_TRIGGER_IDLE);
     }
     uint8_t aeMode = 0;
     if (app == RequestApp::kMessenger && firstByte(request, ANDROID_CONTROL_AE_MODE, &aeMode) &&

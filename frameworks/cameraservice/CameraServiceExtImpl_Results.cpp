@@ -7,6 +7,7 @@
 
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
+#include "utils/KeyedLookup.h"
 #include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
@@ -18,10 +19,6 @@ namespace {
 constexpr char kApsResultTag[] = "com.vantu.aps.result.data";
 // Stamping slower than this is worth a line.
 constexpr nsecs_t kSlowResultNs = 6000000;
-
-bool isWhatsApp(const char* package) {
-    return strcmp(package, "com.whatsapp") == 0 || strcmp(package, "com.whatsapp.w4b") == 0;
-}
 
 // The first value of a byte entry of `metadata`; false when it is absent, empty or not bytes.
 bool readByte(const camera_metadata* metadata, uint32_t tag, uint8_t* value) {
@@ -73,11 +70,11 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
     if (mAeAfDebug) printAeAfTriggerForDebug(request, frameNumber);
     const vantu::RequestSwitches switches = vantu::requestSwitches();
     if (!switches.flashEnable) return;
-    const String8 packageName = currentPackageName();
-    const char* package = packageName.c_str();
+    bool rejectsStopPreview = false;
+    const RequestApp app = currentRequestApp(switches, &rejectsStopPreview);
     uint8_t value = 0;
 
-    if (isWhatsApp(package)) {
+    if (app == RequestApp::kWhatsApp) {
         if (readByte(request, ANDROID_CONTROL_AF_TRIGGER, &value)) {
             mLastAFtrigger = value;
             if (EXT_LOG_ON()) {
@@ -106,8 +103,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
         }
     }
 
-    if (vantu::rejectsStopPreview(switches, package) &&
-        readByte(request, ANDROID_FLASH_MODE, &value)) {
+    if (rejectsStopPreview && readByte(request, ANDROID_FLASH_MODE, &value)) {
         if (value == ANDROID_FLASH_MODE_OFF) {
             if (mTorchOn) {
                 mRejectStopPreview = true;
@@ -133,7 +129,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
         }
     }
 
-    if (strcmp(package, "com.snapchat.android") == 0) {
+    if (app == RequestApp::kSnapchat) {
         const uint32_t mark = mLatestAfTriggerCancelFrameNum;
         if (mark > frameNumber) {
             mLatestAfTriggerCancelFrameNum = 0;
@@ -155,7 +151,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
         }
     }
 
-    if (strcmp(package, "com.skype.raider") == 0) {
+    if (app == RequestApp::kSkype) {
         if (readByte(request, ANDROID_FLASH_MODE, &value)) {
             if (value == ANDROID_FLASH_MODE_TORCH) {
                 mTorchOn = true;
@@ -184,10 +180,9 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
     if (mAeAfDebug) printAeAfStateForDebug(result, frameNumber);
 
     if (vantu::requestSwitches().flashEnable) {
-        const String8 packageName = currentPackageName();
-        const char* package = packageName.c_str();
+        const RequestApp app = currentRequestApp();
         // Results of frames before the app's latest precapture request report PRECAPTURE.
-        if (isWhatsApp(package) && mLatestAePreCaptureFrameNum > frameNumber) {
+        if (app == RequestApp::kWhatsApp && mLatestAePreCaptureFrameNum > frameNumber) {
             const uint8_t state = ANDROID_CONTROL_AE_STATE_PRECAPTURE;
             if (writeByte(result->mMetadata, ANDROID_CONTROL_AE_STATE, state) == OK) {
                 if (EXT_LOG_ON()) {
@@ -198,8 +193,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
                 EXT_LOG(0, "%s: update aestate for frame(%u) error", __func__, frameNumber);
             }
         }
-        if (strcmp(package, "com.snapchat.android") == 0 &&
-            mLatestAfTriggerCancelFrameNum > frameNumber) {
+        if (app == RequestApp::kSnapchat && mLatestAfTriggerCancelFrameNum > frameNumber) {
             const uint8_t state = ANDROID_CONTROL_AF_STATE_INACTIVE;
             if (writeByte(result->mMetadata, ANDROID_CONTROL_AF_STATE, state) == OK) {
                 if (EXT_LOG_ON()) {
@@ -214,8 +208,10 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
 
     parseResult(result->mMetadata);
 
-    const nsecs_t start = vantu::monotonicNs();
-    const ssize_t index = mMetaStreamInfos.indexOfKey(cameraIdToInt(states.cameraId));
+    // The time spent only ever shows in a debug line: the clock is read while those are on.
+    const bool timed = EXT_LOG_ON();
+    const nsecs_t start = timed ? vantu::monotonicNs() : 0;
+    const ssize_t index = vantu::indexOfKey(mMetaStreamInfos, cameraIdToInt(states.cameraId));
     if (index < 0) return false;
     MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
     if (info.mMetaStream == nullptr || info.mLock == nullptr) return false;
@@ -226,14 +222,14 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
         if (vantu::findVendorTag(kApsResultTag, mVendorId, &tag)) mAPSRsultTag = tag;
     }
     const size_t size = stampMetaBuffer(info, result, frameNumber);
-    const nsecs_t elapsed = vantu::monotonicNs() - start;
-    if (elapsed >= kSlowResultNs && EXT_LOG_ON()) {
+    const nsecs_t elapsed = timed ? vantu::monotonicNs() - start : 0;
+    if (timed && elapsed >= kSlowResultNs && EXT_LOG_ON()) {
         // The two figures are the milliseconds spent and the frame they were spent on.
         EXT_LOG(1, "%s, time cost : %d %d  size: %d", __func__, static_cast<int>(elapsed / 1000000),
                 static_cast<int>(frameNumber), static_cast<int>(size));
     }
 
-    const ssize_t inflight = states.inflightMap.indexOfKey(frameNumber);
+    const ssize_t inflight = vantu::indexOfKey(states.inflightMap, frameNumber);
     if (inflight < 0) return false;
     const camera3::InFlightRequest& request = states.inflightMap.valueAt(inflight);
     // The three in-flight flags that hold a result back are, in Android 13's InFlightRequest,

@@ -1,12 +1,14 @@
 // In-process system property store behind <cutils/properties.h>.
-#include <cutils/properties.h>
+#include "hostctl/Properties.h"
 
+#include <cutils/properties.h>
 #include <errno.h>
 #include <inttypes.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
+#include <atomic>
 #include <fstream>
 #include <limits>
 #include <map>
@@ -14,8 +16,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "hostctl/Properties.h"
 
 namespace {
 
@@ -33,11 +33,12 @@ Store& store() {
 }
 
 // Copies `text` into a value buffer, cut to PROPERTY_VALUE_MAX - 1 bytes (a plain copy: the
-// library reads properties on its per-query paths).
-void copyValue(char* out, const char* text) {
-    const size_t length = strnlen(text, PROPERTY_VALUE_MAX - 1);
+// library reads properties on its per-query and per-request paths); the length copied.
+size_t copyValue(char* out, const char* text, size_t length) {
+    if (length > PROPERTY_VALUE_MAX - 1) length = PROPERTY_VALUE_MAX - 1;
     memcpy(out, text, length);
     out[length] = '\0';
+    return length;
 }
 
 // Under the store's lock.
@@ -48,14 +49,65 @@ bool writeRefused(const char* key) {
     return false;
 }
 
-// Copies the stored value of `key` (cut to PROPERTY_VALUE_MAX - 1 bytes); false when missing.
-bool lookup(const char* key, char* out) {
-    std::lock_guard<std::mutex> g(store().lock);
-    // Compared as a view, so the key's length is taken once rather than at every comparison.
-    auto it = store().values.find(std::string_view(key));
-    if (it == store().values.end()) return false;
-    copyValue(out, it->second.c_str());
-    return true;
+// Counts the changes of the store, under its lock; a thread's remembered reads hold while it
+// stays the same.
+std::atomic<uint64_t> gGeneration{1};
+
+// Under the store's lock, after every change of a value.
+void changedLocked() {
+    gGeneration.fetch_add(1, std::memory_order_release);
+}
+
+// The last reads of one thread: the library reads the same few properties on every request,
+// which then cost neither the store's lock nor its search (Android's readers take no lock).
+constexpr size_t kRememberedReads = 8;
+constexpr size_t kRememberedKeyMax = 64;
+struct RememberedRead {
+    uint64_t generation = 0;  // 0: nothing remembered
+    size_t keyLength = 0;
+    char key[kRememberedKeyMax];
+    int length = -1;  // -1: the property was not set
+    char value[PROPERTY_VALUE_MAX];
+};
+thread_local RememberedRead tReads[kRememberedReads];
+thread_local size_t tNextRead = 0;
+
+// Copies the stored value of `key` (cut to PROPERTY_VALUE_MAX - 1 bytes); its length, or -1
+// when missing.
+int lookup(const char* key, char* out) {
+    const size_t keyLength = strlen(key);
+    const bool remember = keyLength < kRememberedKeyMax;
+    if (remember) {
+        const uint64_t generation = gGeneration.load(std::memory_order_acquire);
+        for (const RememberedRead& read : tReads) {
+            if (read.generation != generation || read.keyLength != keyLength ||
+                memcmp(read.key, key, keyLength) != 0) {
+                continue;
+            }
+            if (read.length >= 0) memcpy(out, read.value, static_cast<size_t>(read.length) + 1);
+            return read.length;
+        }
+    }
+    int length = -1;
+    uint64_t generation = 0;
+    {
+        std::lock_guard<std::mutex> g(store().lock);
+        generation = gGeneration.load(std::memory_order_relaxed);
+        auto it = store().values.find(std::string_view(key, keyLength));
+        if (it != store().values.end()) {
+            const char* text = it->second.c_str();
+            length = static_cast<int>(copyValue(out, text, strnlen(text, PROPERTY_VALUE_MAX - 1)));
+        }
+    }
+    if (remember) {
+        RememberedRead& read = tReads[tNextRead++ % kRememberedReads];
+        read.generation = generation;
+        read.keyLength = keyLength;
+        memcpy(read.key, key, keyLength);
+        read.length = length;
+        if (length >= 0) memcpy(read.value, out, static_cast<size_t>(length) + 1);
+    }
+    return length;
 }
 
 template <typename T>
@@ -90,11 +142,13 @@ extern "C" {
 int property_get(const char* key, char* value, const char* default_value) {
     if (value == nullptr) return -1;
     value[0] = '\0';
-    int len = 0;
-    if (key != nullptr && lookup(key, value)) len = static_cast<int>(strlen(value));
-    if (len < 1 && default_value != nullptr) {
-        copyValue(value, default_value);
-        len = static_cast<int>(strlen(value));
+    int len = key != nullptr ? lookup(key, value) : -1;
+    if (len < 1) {
+        len = 0;
+        if (default_value != nullptr) {
+            len = static_cast<int>(
+                copyValue(value, default_value, strnlen(default_value, PROPERTY_VALUE_MAX - 1)));
+        }
     }
     return len;
 }
@@ -133,11 +187,11 @@ int property_set(const char* key, const char* value) {
     auto it = store().values.find(key);
     if (it != store().values.end() && strncmp(key, "ro.", 3) == 0) return -1;
     store().values[key] = value;
+    changedLocked();
     return 0;
 }
 
-int property_list(void (*propfn)(const char* key, const char* value, void* cookie),
-                  void* cookie) {
+int property_list(void (*propfn)(const char* key, const char* value, void* cookie), void* cookie) {
     if (propfn == nullptr) return -1;
     for (const auto& [k, v] : hostctl::properties()) propfn(k.c_str(), v.c_str(), cookie);
     return 0;
@@ -150,17 +204,20 @@ namespace hostctl {
 void setProperty(const std::string& name, const std::string& value) {
     std::lock_guard<std::mutex> g(store().lock);
     store().values[name] = value;
+    changedLocked();
 }
 
 void removeProperty(const std::string& name) {
     std::lock_guard<std::mutex> g(store().lock);
     auto it = store().values.find(name);
     if (it != store().values.end()) store().values.erase(it);
+    changedLocked();
 }
 
 void clearProperties() {
     std::lock_guard<std::mutex> g(store().lock);
     store().values.clear();
+    changedLocked();
 }
 
 std::map<std::string, std::string> properties() {

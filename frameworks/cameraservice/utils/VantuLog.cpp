@@ -87,6 +87,17 @@ void clearLogFlag() {
 int cameraIdToInt(const android::String8& id) {
     const char* const begin = id.string();
     const char* const end = begin + id.length();
+    // The ids the server passes per request and result are a few plain digits: read them
+    // directly (nine digits cannot overflow), the rest goes through strtoll.
+    if (begin < end && end - begin <= 9) {
+        int value = 0;
+        const char* digit = begin;
+        while (digit < end && *digit >= '0' && *digit <= '9') value = value * 10 + (*digit++ - '0');
+        if (digit == end) {
+            errno = 0;
+            return value;
+        }
+    }
     const char* text = begin;
     while (text < end && isspace(static_cast<unsigned char>(*text))) ++text;
     const int base = text[0] == '0' && (text[1] == 'x' || text[1] == 'X') ? 16 : 10;

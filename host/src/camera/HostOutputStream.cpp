@@ -157,7 +157,7 @@ std::vector<std::string> HostOutputStream::calls() const {
     std::lock_guard<std::mutex> lock(mLock);
     std::vector<std::string> out;
     out.reserve(mCalls.size());
-    for (const CallRecord& r : mCalls) {
+    mCalls.forEach([&out](const CallRecord& r) {
         switch (r.form) {
             case CallRecord::kName:
                 out.emplace_back(r.name);
@@ -170,7 +170,7 @@ std::vector<std::string> HostOutputStream::calls() const {
                               (r.error ? ", error)" : ")") + " -> 0");
                 break;
         }
-    }
+    });
     return out;
 }
 
@@ -182,7 +182,10 @@ void HostOutputStream::clearCalls() {
 
 std::vector<HostOutputStream::Delivered> HostOutputStream::delivered() const {
     std::lock_guard<std::mutex> lock(mLock);
-    return std::vector<Delivered>(mDelivered.begin(), mDelivered.end());
+    std::vector<Delivered> out;
+    out.reserve(mDelivered.size());
+    mDelivered.forEach([&out](const Delivered& d) { out.push_back(d); });
+    return out;
 }
 
 size_t HostOutputStream::bufferCount() const {
@@ -204,19 +207,18 @@ std::vector<uint8_t> HostOutputStream::bufferContents(size_t index) const {
 
 void HostOutputStream::pushRecordLocked(const CallRecord& record) {
     mCalls.push_back(record);
-    if (mCalls.size() > kMaxRecords) mCalls.pop_front();
 }
 
 void HostOutputStream::recordLocked(const char* call) {
-    pushRecordLocked({call, OK, 0, CallRecord::kName, false});
+    pushRecordLocked({call, 0, OK, CallRecord::kName, false});
 }
 
 void HostOutputStream::recordLocked(const char* call, status_t result) {
-    pushRecordLocked({call, result, 0, CallRecord::kResult, false});
+    pushRecordLocked({call, 0, result, CallRecord::kResult, false});
 }
 
 void HostOutputStream::recordReturnLocked(uint64_t frameNumber, bool error) {
-    pushRecordLocked({"returnBuffer", OK, frameNumber, CallRecord::kReturnBuffer, error});
+    pushRecordLocked({"returnBuffer", frameNumber, OK, CallRecord::kReturnBuffer, error});
 }
 
 // ---- Stream description -------------------------------------------------------------------

@@ -42,10 +42,14 @@ size_t HostOutputStream::handedOutLocked() const {
 }
 
 ssize_t HostOutputStream::indexOfLocked(const buffer_handle_t* handle) const {
-    for (size_t i = 0; i < mBuffers.size(); i++) {
-        if (handle == &mBuffers[i].handle) return static_cast<ssize_t>(i);
-    }
-    return -1;
+    // A handed-out handle points into mBuffers: its index follows from its address, without a
+    // walk over every buffer per returned frame.
+    if (mBuffers.empty() || handle == nullptr) return -1;
+    const uintptr_t first = reinterpret_cast<uintptr_t>(&mBuffers.front().handle);
+    const uintptr_t at = reinterpret_cast<uintptr_t>(handle);
+    if (at < first || (at - first) % sizeof(HostBuffer) != 0) return -1;
+    const size_t index = (at - first) / sizeof(HostBuffer);
+    return index < mBuffers.size() ? static_cast<ssize_t>(index) : -1;
 }
 
 status_t HostOutputStream::waitForFreeLocked(std::unique_lock<std::mutex>& lock, size_t count,
@@ -115,8 +119,9 @@ status_t HostOutputStream::getBuffer(camera_stream_buffer* buffer, nsecs_t waitB
     }
     if (res == OK) takeBufferLocked(buffer);
     recordLocked("getBuffer", res);
+    const bool listened = !mBufferListeners.empty();
     lock.unlock();
-    if (res == OK) notifyListeners(/*acquired=*/true, 0, false, 0);
+    if (res == OK && listened) notifyListeners(/*acquired=*/true, 0, false, 0);
     return res;
 }
 
@@ -178,12 +183,12 @@ status_t HostOutputStream::returnBuffer(const camera_stream_buffer& buffer, nsec
     mFree.push_back(static_cast<size_t>(index));
     if (!error) mUnpreparable = true;
     mDelivered.push_back({static_cast<size_t>(index), timestamp, frameNumber, error});
-    if (mDelivered.size() > kMaxRecords) mDelivered.pop_front();
     recordReturnLocked(frameNumber, error);
     markActivityLocked();
     mBufferReturned.notify_all();
+    const bool listened = !mBufferListeners.empty();
     lock.unlock();
-    notifyListeners(/*acquired=*/false, timestamp, error, frameNumber);
+    if (listened) notifyListeners(/*acquired=*/false, timestamp, error, frameNumber);
     return OK;
 }
 

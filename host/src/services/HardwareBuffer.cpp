@@ -21,8 +21,8 @@ struct AHardwareBuffer {
     size_t size;
     uint8_t* data;
     std::atomic<int32_t> refs;
-    std::mutex lock;
-    int32_t lockCount;
+    // Outstanding CPU locks; a counter, as gralloc keeps it, without a mutex per lock.
+    std::atomic<int32_t> lockCount;
     native_handle_t* handle;
     std::atomic<bool> failLocks;
 };
@@ -134,8 +134,7 @@ int beginLock(AHardwareBuffer* buffer, uint64_t usage, int32_t fence, const ARec
         return -EINVAL;
     }
     if (buffer->failLocks.load(std::memory_order_relaxed)) return -EINVAL;
-    std::lock_guard<std::mutex> g(buffer->lock);
-    ++buffer->lockCount;
+    buffer->lockCount.fetch_add(1, std::memory_order_acq_rel);
     return 0;
 }
 
@@ -164,7 +163,7 @@ int AHardwareBuffer_allocate(const AHardwareBuffer_Desc* desc, AHardwareBuffer**
     buffer->size = bytes;
     buffer->data = data;
     buffer->refs.store(1);
-    buffer->lockCount = 0;
+    buffer->lockCount.store(0);
     buffer->failLocks.store(false);
     buffer->handle = native_handle_create(0, kHandleInts);
     if (buffer->handle == nullptr) {
@@ -309,9 +308,11 @@ int AHardwareBuffer_lockPlanes(AHardwareBuffer* buffer, uint64_t usage, int32_t 
 int AHardwareBuffer_unlock(AHardwareBuffer* buffer, int32_t* fence) {
     if (fence != nullptr) *fence = -1;
     if (buffer == nullptr) return -EINVAL;
-    std::lock_guard<std::mutex> g(buffer->lock);
-    if (buffer->lockCount == 0) return -EINVAL;
-    --buffer->lockCount;
+    int32_t count = buffer->lockCount.load(std::memory_order_acquire);
+    do {
+        if (count == 0) return -EINVAL;
+    } while (!buffer->lockCount.compare_exchange_weak(count, count - 1, std::memory_order_acq_rel,
+                                                      std::memory_order_acquire));
     return 0;
 }
 

@@ -228,6 +228,28 @@ TEST(HostOutputStreamBuffers, RecordsTheLibrarysCallsWithTheirOutcome) {
               s->calls());
 }
 
+// The records keep the newest calls and deliveries, oldest first, once they wrap around.
+TEST(HostOutputStreamBuffers, RecordsKeepTheNewestInOrder) {
+    sp<HostOutputStream> s = configured(1);
+    s->clearCalls();
+    const uint64_t frames = HostOutputStream::kMaxRecords + 5;
+    for (uint64_t frame = 1; frame <= frames; ++frame) {
+        camera_stream_buffer buffer{};
+        ASSERT_EQ(android::OK, s->getBuffer(&buffer, 0));
+        ASSERT_EQ(android::OK, s->returnBuffer(buffer, frame, frame, true, {}, frame));
+    }
+    const std::vector<HostOutputStream::Delivered> delivered = s->delivered();
+    ASSERT_EQ(HostOutputStream::kMaxRecords, delivered.size());
+    EXPECT_EQ(6u, delivered.front().frameNumber);
+    EXPECT_EQ(frames, delivered.back().frameNumber);
+    const std::vector<std::string> calls = s->calls();
+    ASSERT_EQ(HostOutputStream::kMaxRecords, calls.size());
+    EXPECT_EQ("getBuffer -> 0", calls.front());
+    EXPECT_EQ("returnBuffer(frame " + std::to_string(frames) + ") -> 0", calls.back());
+    EXPECT_EQ("returnBuffer(frame " + std::to_string(frames - 1) + ") -> 0",
+              calls[calls.size() - 3]);
+}
+
 TEST(HostOutputStreamConfiguration, CancelReturnsToTheStateBeforeStart) {
     sp<HostOutputStream> s = configured(2);
     camera_stream* hal = s->startConfiguration();

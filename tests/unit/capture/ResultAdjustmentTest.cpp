@@ -2,6 +2,7 @@
 #include <stdint.h>
 
 #include "CaptureTestSupport.h"
+#include "utils/JsonParser.h"
 
 namespace {
 
@@ -31,8 +32,71 @@ protected:
         return e.count == 1 ? e.data.u8[0] : -1;
     }
 
+    // The AF state the app receives for frame `frame` when the hardware said PASSIVE_FOCUSED.
+    int deliveredAfState(uint32_t frame) {
+        android::CaptureResult r;
+        const uint8_t afState = ANDROID_CONTROL_AF_STATE_PASSIVE_FOCUSED;
+        r.mMetadata.update(ANDROID_CONTROL_AF_STATE, &afState, 1);
+        mExt->beforeMetadataSendToApp(&r, frame, mStates.states());
+        const camera_metadata_ro_entry_t e =
+            static_cast<const CameraMetadata&>(r.mMetadata).find(ANDROID_CONTROL_AF_STATE);
+        return e.count == 1 ? e.data.u8[0] : -1;
+    }
+
     hostctl::HostCaptureOutputStates mStates{"0"};
 };
+
+// The per-app rules classify the package once per change: a client that changes within the
+// session must take the new app's rules from its next request and result on.
+TEST_F(ResultAdjustmentTest, RulesFollowThePackageWhenItChangesMidSession) {
+    mExt->setPackage("com.whatsapp");
+    sendRequest(withByte(ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER, 1), 40);
+    EXPECT_EQ(ANDROID_CONTROL_AE_STATE_PRECAPTURE, deliveredAeState(39));
+
+    mExt->setPackage("com.snapchat.android");
+    EXPECT_EQ(ANDROID_CONTROL_AE_STATE_CONVERGED, deliveredAeState(39));
+    sendRequest(withByte(ANDROID_CONTROL_AF_TRIGGER, ANDROID_CONTROL_AF_TRIGGER_CANCEL), 45);
+    EXPECT_EQ(ANDROID_CONTROL_AF_STATE_INACTIVE, deliveredAfState(44));
+
+    mExt->setPackage("com.example.app");
+    EXPECT_EQ(ANDROID_CONTROL_AF_STATE_PASSIVE_FOCUSED, deliveredAfState(44));
+    // A WhatsApp client again: its mark was kept.
+    mExt->setPackage("com.whatsapp");
+    EXPECT_EQ(ANDROID_CONTROL_AE_STATE_PRECAPTURE, deliveredAeState(39));
+
+    // Skype's torch tracking, after the other apps' requests.
+    mExt->setPackage("com.skype.raider");
+    sendRequest(withByte(ANDROID_FLASH_MODE, ANDROID_FLASH_MODE_TORCH), 50);
+    EXPECT_FALSE(mExt->IsRejectStopPreview());
+    sendRequest(withByte(ANDROID_FLASH_MODE, ANDROID_FLASH_MODE_OFF), 51);
+    EXPECT_TRUE(mExt->IsRejectStopPreview());
+}
+
+// "reject_3rd_app_stop_preview" answers for the client's package, also while the configuration's
+// package (the last one that asked) is another app.
+TEST_F(ResultAdjustmentTest, TorchListAnswersForTheCurrentPackage) {
+    mRoot.writeFile("odm/etc/camera/fwk_config.json",
+                    R"({"default": {"reject_3rd_app_stop_preview": ["com.example.torch"]}})");
+    mExt = new capturetest::CaptureExtension();
+    android::setJsonPackageName("com.example.torch");
+    mExt->setPackage("com.example.other");
+    sendRequest(withByte(ANDROID_FLASH_MODE, ANDROID_FLASH_MODE_TORCH), 1);
+    EXPECT_FALSE(mExt->IsRejectStopPreview());
+
+    mExt->setPackage("com.example.torch");
+    sendRequest(withByte(ANDROID_FLASH_MODE, ANDROID_FLASH_MODE_TORCH), 2);
+    EXPECT_TRUE(mExt->IsRejectStopPreview());
+
+    // A new configuration clears the torch marks; then the configuration's package moves on to
+    // another app while the client stays the listed one.
+    android::camera3::StreamSet streams;
+    configure(streams);
+    ASSERT_FALSE(mExt->IsRejectStopPreview());
+    android::setJsonPackageName("com.example.other");
+    sendRequest(withByte(ANDROID_FLASH_MODE, ANDROID_FLASH_MODE_TORCH), 3);
+    EXPECT_TRUE(mExt->IsRejectStopPreview());
+    android::setJsonPackageName(nullptr);
+}
 
 TEST_F(ResultAdjustmentTest, EveryStateWordIsPrinted) {
     mExt->setAeAfDebug(true);

@@ -166,7 +166,8 @@ void MagnecticSensorManager::updateParams(const CameraMetadata& sessionParams, i
 }
 
 bool MagnecticSensorManager::isEnableRIOSitch() {
-    char name[PROPERTY_VALUE_MAX] = {0};
+    // property_get always fills the buffer, the empty default included.
+    char name[PROPERTY_VALUE_MAX];
     property_get("ro.vantu.flashlight.rio.switch", name, "");
     if (name[0] == '\0') return false;
     return property_get_int32(name, -1) == 1;
@@ -215,12 +216,15 @@ void MagnecticSensorManager::getTorchIntensityTag() {
 }
 
 void MagnecticSensorManager::checkNeedEnableMagneticSensor() {
-    mLastRIOSwitch = mRIOSwitch.load();
+    // Runs per request: plain flag stores, and the session's own flags before the camera's
+    // facing (a look-up under a lock), which most sessions never need.
+    mLastRIOSwitch.store(mRIOSwitch.load(std::memory_order_relaxed), std::memory_order_relaxed);
     const bool current = isEnableRIOSitch();
-    mRIOSwitch = current;
+    mRIOSwitch.store(current, std::memory_order_relaxed);
+    if (!mIsEnableRIOApp || mIs3rdCallSysCamera || mIsPIPScene) return;
     CameraServiceExtImpl* const owner = mOwner.get();
     const int cameraId = owner != nullptr ? owner->getLastCameraId() : -1;
-    if (isFrontFacing(cameraId) && mIsEnableRIOApp && !mIs3rdCallSysCamera && !mIsPIPScene) {
+    if (isFrontFacing(cameraId)) {
         mSensor->sensorEnable(current ? 1 : 0);
         if (current != mLastRIOSwitch && mIsNear) {
             if (EXT_LOG_ON()) {

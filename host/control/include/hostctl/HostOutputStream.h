@@ -25,6 +25,34 @@
 
 namespace hostctl {
 
+// The newest `Capacity` entries of a record, oldest first, in storage reused once full, so that
+// the per-frame buffer paths append without allocating.
+template <typename T, size_t Capacity>
+class RecordRing {
+public:
+    void push_back(const T& value) {
+        if (mItems.size() < Capacity) {
+            mItems.push_back(value);
+            return;
+        }
+        mItems[mOldest] = value;
+        mOldest = (mOldest + 1) % Capacity;
+    }
+    void clear() {
+        mItems.clear();
+        mOldest = 0;
+    }
+    size_t size() const { return mItems.size(); }
+    template <typename F>
+    void forEach(F each) const {
+        for (size_t i = 0; i < mItems.size(); ++i) each(mItems[(mOldest + i) % mItems.size()]);
+    }
+
+private:
+    std::vector<T> mItems;
+    size_t mOldest = 0;
+};
+
 // One buffer of a host stream: the handle the HAL side sees and the memory behind it.
 struct HostBuffer {
     buffer_handle_t handle = nullptr;
@@ -194,8 +222,8 @@ private:
     struct CallRecord {
         enum Form : uint8_t { kName, kResult, kReturnBuffer };
         const char* name;  // a literal
-        android::status_t result;
         uint64_t frameNumber;
+        android::status_t result;
         Form form;
         bool error;
     };
@@ -214,6 +242,8 @@ private:
                                         nsecs_t timeout);
     void takeBufferLocked(android::camera3::camera_stream_buffer* buffer);
     ssize_t indexOfLocked(const buffer_handle_t* handle) const;
+    // Tells the buffer listeners; called without the lock, and only when there were listeners
+    // while it was held (most streams have none).
     void notifyListeners(bool acquired, nsecs_t timestamp, bool error, uint64_t frameNumber);
     void markActivityLocked();
 
@@ -255,8 +285,8 @@ private:
     std::vector<android::wp<android::camera3::Camera3StreamBufferListener>> mBufferListeners;
     android::wp<android::camera3::Camera3StreamBufferFreedListener> mFreedListener;
 
-    std::deque<CallRecord> mCalls;
-    std::deque<Delivered> mDelivered;
+    RecordRing<CallRecord, kMaxRecords> mCalls;
+    RecordRing<Delivered, kMaxRecords> mDelivered;
 };
 
 }  // namespace hostctl
