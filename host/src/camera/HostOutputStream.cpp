@@ -188,6 +188,11 @@ std::vector<HostOutputStream::Delivered> HostOutputStream::delivered() const {
     return out;
 }
 
+uint64_t HostOutputStream::deliveredTotal() const {
+    std::lock_guard<std::mutex> lock(mLock);
+    return mDelivered.total();
+}
+
 size_t HostOutputStream::bufferCount() const {
     std::lock_guard<std::mutex> lock(mLock);
     return mBuffers.size();

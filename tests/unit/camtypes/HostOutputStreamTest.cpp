@@ -228,7 +228,8 @@ TEST(HostOutputStreamBuffers, RecordsTheLibrarysCallsWithTheirOutcome) {
               s->calls());
 }
 
-// The records keep the newest calls and deliveries, oldest first, once they wrap around.
+// The records keep the newest calls and deliveries, oldest first, once they wrap around, and the
+// delivery count goes on counting (the simulator finds a step's deliveries by it).
 TEST(HostOutputStreamBuffers, RecordsKeepTheNewestInOrder) {
     sp<HostOutputStream> s = configured(1);
     s->clearCalls();
@@ -242,6 +243,7 @@ TEST(HostOutputStreamBuffers, RecordsKeepTheNewestInOrder) {
     ASSERT_EQ(HostOutputStream::kMaxRecords, delivered.size());
     EXPECT_EQ(6u, delivered.front().frameNumber);
     EXPECT_EQ(frames, delivered.back().frameNumber);
+    EXPECT_EQ(frames, s->deliveredTotal());
     const std::vector<std::string> calls = s->calls();
     ASSERT_EQ(HostOutputStream::kMaxRecords, calls.size());
     EXPECT_EQ("getBuffer -> 0", calls.front());

@@ -47,9 +47,9 @@ Json statusJson(const android::binder::Status& status) {
 }
 
 // Deliveries each stream of the camera had made, to find the ones a step adds.
-std::map<int, size_t> deliveryCounts(const CameraState& cam) {
-    std::map<int, size_t> counts;
-    for (const auto& s : cam.streams) counts[s.first] = s.second->delivered().size();
+std::map<int, uint64_t> deliveryCounts(const CameraState& cam) {
+    std::map<int, uint64_t> counts;
+    for (const auto& s : cam.streams) counts[s.first] = s.second->deliveredTotal();
     return counts;
 }
 
@@ -77,11 +77,14 @@ bool stampedText(const TagSpace& tags, std::vector<uint8_t>& bytes, std::string*
 // Files, as "meta_buffers" effects, the texts stamped into the buffers that the camera's streams
 // delivered to their consumer since `counts` was taken.
 void recordMetaBuffers(Session& session, StepRun& run, const CameraState& cam,
-                       const std::map<int, size_t>& counts) {
+                       const std::map<int, uint64_t>& counts) {
     for (const auto& s : cam.streams) {
         const auto delivered = s.second->delivered();
         auto it = counts.find(s.first);
-        for (size_t i = it == counts.end() ? 0 : it->second; i < delivered.size(); ++i) {
+        // The stream keeps only its newest deliveries; the step's are the last `added` of them.
+        const uint64_t added = s.second->deliveredTotal() - (it == counts.end() ? 0 : it->second);
+        const size_t first = added >= delivered.size() ? 0 : delivered.size() - added;
+        for (size_t i = first; i < delivered.size(); ++i) {
             if (delivered[i].error) continue;
             std::vector<uint8_t> bytes = s.second->bufferContents(delivered[i].index);
             std::string text;
@@ -231,7 +234,7 @@ void actResult(Session& session, StepRun& run) {
         cam->results->addInFlightRequest(frame, request);
     }
 
-    const std::map<int, size_t> counts = deliveryCounts(*cam);
+    const std::map<int, uint64_t> counts = deliveryCounts(*cam);
     const bool deliver = host.ext->beforeMetadataSendToApp(&result, frame, cam->results->states());
     recordMetaBuffers(session, run, *cam, counts);
     run.call("beforeMetadataSendToApp(result, " + std::to_string(frame) + ", states" +

@@ -31,6 +31,7 @@ template <typename T, size_t Capacity>
 class RecordRing {
 public:
     void push_back(const T& value) {
+        ++mTotal;
         if (mItems.size() < Capacity) {
             mItems.push_back(value);
             return;
@@ -43,6 +44,9 @@ public:
         mOldest = 0;
     }
     size_t size() const { return mItems.size(); }
+    // Every record ever pushed, the overwritten ones included: what a reader compares to find
+    // the records added since it last looked.
+    uint64_t total() const { return mTotal; }
     template <typename F>
     void forEach(F each) const {
         for (size_t i = 0; i < mItems.size(); ++i) each(mItems[(mOldest + i) % mItems.size()]);
@@ -51,6 +55,7 @@ public:
 private:
     std::vector<T> mItems;
     size_t mOldest = 0;
+    uint64_t mTotal = 0;
 };
 
 // One buffer of a host stream: the handle the HAL side sees and the memory behind it.
@@ -119,6 +124,8 @@ public:
     std::vector<std::string> calls() const;
     void clearCalls();
     std::vector<Delivered> delivered() const;
+    // How many buffers the stream has delivered since it was made (delivered() keeps the newest).
+    uint64_t deliveredTotal() const;
     size_t bufferCount() const;
     // The index of the buffer behind `handle`, or -1.
     ssize_t bufferIndex(const buffer_handle_t* handle) const;
