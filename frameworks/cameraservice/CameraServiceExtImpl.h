@@ -228,7 +228,7 @@ public:
 protected:
     // Result thread: copies `result` into the camera's oldest meta buffer, stamped with
     // `frameNumber`, and hands the buffer to the stream's consumer. Returns the copy's compact
-    // size (0 when nothing was copied).
+    // size (0 when nothing was copied). Called under mMetaStreamInfosLock.
     size_t stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result, uint32_t frameNumber);
 
 public:
@@ -447,7 +447,12 @@ protected:
     vantu::EnvCondition mDisconnectCondition;
     vantu::Relaxed<bool> mDisconnectWaitPending{false};
 
-    // Meta streams by camera id; changed only while streams are configured.
+    // Meta streams by camera id. The server serialises the hooks of one camera, but the
+    // configuration and disconnect of one camera add and remove records (moving the others in
+    // the vector) while other cameras' request and result threads use theirs, so every use of
+    // the table, and of a record found in it, is under mMetaStreamInfosLock; a record's own
+    // mutex is taken inside it.
+    std::mutex mMetaStreamInfosLock;
     KeyedVector<int, MetaStreamInfo> mMetaStreamInfos;
 
     // The server's clients by camera id; empty when none. Guarded by mClientLock, which is

@@ -215,6 +215,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
     parseResult(result->mMetadata);
 
     const nsecs_t start = vantu::monotonicNs();
+    std::unique_lock<std::mutex> table(mMetaStreamInfosLock);
     const ssize_t index = mMetaStreamInfos.indexOfKey(cameraIdToInt(states.cameraId));
     if (index < 0) return false;
     MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
@@ -226,6 +227,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
         if (vantu::findVendorTag(kApsResultTag, mVendorId, &tag)) mAPSRsultTag = tag;
     }
     const size_t size = stampMetaBuffer(info, result, frameNumber);
+    table.unlock();
     const nsecs_t elapsed = vantu::monotonicNs() - start;
     if (elapsed >= kSlowResultNs && EXT_LOG_ON()) {
         // The two figures are the milliseconds spent and the frame they were spent on.
