@@ -3,6 +3,9 @@
  */
 #include <binder/IPCThreadState.h>
 #include <hostctl/Binder.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/mman.h>
 
 #include <map>
 
@@ -59,6 +62,63 @@ HostBinder::~HostBinder() {
     for (const AttachedObject& obj : mObjects) {
         if (obj.func != nullptr) obj.func(obj.id, obj.object, obj.cleanupCookie);
     }
+    drainJournalLocked();
+}
+
+void HostBinder::journalLocked(uint32_t code, const Parcel& data, uint32_t flags) {
+    if (mJournalTail == nullptr || mJournalTail->used == kJournalChunkEntries) {
+        // mmap, unlike malloc, may be called from a signal handler.
+        void* memory = mmap(nullptr, sizeof(JournalChunk), PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (memory == MAP_FAILED) return;
+        JournalChunk* chunk = static_cast<JournalChunk*>(memory);
+        chunk->next = nullptr;
+        chunk->used = 0;
+        if (mJournalTail != nullptr) {
+            mJournalTail->next = chunk;
+        } else {
+            mJournalHead = chunk;
+        }
+        mJournalTail = chunk;
+    }
+    JournalEntry& entry = mJournalTail->entries[mJournalTail->used];
+    entry.code = code;
+    entry.flags = flags;
+    entry.binderCount = data.objectsCount();
+    entry.size = data.dataSize();
+    entry.heapData = nullptr;
+    uint8_t* bytes = entry.inlineData;
+    if (entry.size > kJournalInlineBytes) {
+        // Only large parcels, which no signal handler sends, take heap memory.
+        entry.heapData = static_cast<uint8_t*>(malloc(entry.size));
+        if (entry.heapData == nullptr) return;
+        bytes = entry.heapData;
+    }
+    if (entry.size > 0) memcpy(bytes, data.data(), entry.size);
+    ++mJournalTail->used;
+}
+
+void HostBinder::drainJournalLocked() const {
+    for (JournalChunk* chunk = mJournalHead; chunk != nullptr;) {
+        for (size_t i = 0; i < chunk->used; ++i) {
+            JournalEntry& entry = chunk->entries[i];
+            const uint8_t* bytes = entry.heapData != nullptr ? entry.heapData : entry.inlineData;
+            Transaction t;
+            t.code = entry.code;
+            t.flags = entry.flags;
+            t.data.assign(bytes, bytes + entry.size);
+            t.binderCount = entry.binderCount;
+            Parcel copy;
+            copy.setData(bytes, entry.size);
+            decodeInterface(copy, &t);
+            mTransactions.push_back(std::move(t));
+            free(entry.heapData);
+        }
+        JournalChunk* next = chunk->next;
+        munmap(chunk, sizeof(JournalChunk));
+        chunk = next;
+    }
+    mJournalHead = mJournalTail = nullptr;
 }
 
 const String16& HostBinder::getInterfaceDescriptor() const {
@@ -79,19 +139,10 @@ status_t HostBinder::dump(int /*fd*/, const android::Vector<String16>& /*args*/)
 
 status_t HostBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
     if (!isBinderAlive()) return android::DEAD_OBJECT;
-    Transaction t;
-    t.code = code;
-    t.flags = flags;
-    t.data.assign(data.data(), data.data() + data.dataSize());
-    t.binderCount = data.objectsCount();
-    const size_t position = data.dataPosition();
-    decodeInterface(data, &t);
-    data.setDataPosition(position);
-
-    Handler handler;
+    std::shared_ptr<const Handler> handler;
     {
         std::lock_guard<std::mutex> lock(mLock);
-        mTransactions.push_back(std::move(t));
+        journalLocked(code, data, flags);
         handler = mHandler;
     }
     // A one-way call has no reply, whatever the caller passed.
@@ -101,9 +152,9 @@ status_t HostBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, 
         err = OK;
     } else if (code == INTERFACE_TRANSACTION) {
         err = reply != nullptr ? reply->writeString16(mDescriptor) : OK;
-    } else if (handler) {
+    } else if (handler != nullptr) {
         data.setDataPosition(0);
-        err = handler(code, data, reply, flags);
+        err = (*handler)(code, data, reply, flags);
     }
     if (reply != nullptr) reply->setDataPosition(0);
     return err;
@@ -183,17 +234,21 @@ bool HostBinder::kill() {
 }
 
 void HostBinder::setHandler(Handler handler) {
+    std::shared_ptr<const Handler> shared;
+    if (handler) shared = std::make_shared<const Handler>(std::move(handler));
     std::lock_guard<std::mutex> lock(mLock);
-    mHandler = std::move(handler);
+    mHandler = std::move(shared);
 }
 
 std::vector<Transaction> HostBinder::transactions() const {
     std::lock_guard<std::mutex> lock(mLock);
+    drainJournalLocked();
     return mTransactions;
 }
 
 void HostBinder::clearTransactions() {
     std::lock_guard<std::mutex> lock(mLock);
+    drainJournalLocked();
     mTransactions.clear();
 }
 
