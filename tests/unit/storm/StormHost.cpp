@@ -20,6 +20,10 @@ namespace {
 constexpr int kAONSignal = 29;
 constexpr int kDetectionCode = 1;
 
+// What the calling thread is doing for the server, to tell who disconnected a client.
+thread_local bool tServerDisconnect = false;
+thread_local bool tAdmitting = false;
+
 }  // namespace
 
 // ---- StormServer ----
@@ -32,7 +36,9 @@ int32_t StormServer::connect(int id, const char* component, uid_t uid, pid_t pid
     std::lock_guard<std::mutex> serial(cam.connectLock);
     const String8 cameraId(std::to_string(id).c_str());
     String16 package(component);
+    tAdmitting = true;
     const int32_t verdict = mExt->beforeConnect(cameraId, package, false);
+    tAdmitting = false;
     if (verdict != 0) return verdict;
 
     // The server evicts the camera's earlier client itself when the library let it stay.
@@ -81,6 +87,7 @@ void StormServer::closeAll() {
 void StormServer::closeSequence(hostctl::HostCameraClient& client, std::atomic<bool>& closed) {
     const String8 cameraId = client.cameraId();
     const int id = atoi(cameraId.string());
+    if (!tServerDisconnect) ++(tAdmitting ? mEvictions : mLibraryCloses);
     {
         Camera& cam = mCameras[id];
         std::lock_guard<std::mutex> device(cam.deviceLock);
@@ -98,7 +105,9 @@ void StormServer::closeSequence(hostctl::HostCameraClient& client, std::atomic<b
 }
 
 void StormServer::disconnectAndWait(const Held& held) {
+    tServerDisconnect = true;
     held.client->disconnect();
+    tServerDisconnect = false;
     while (!held.closed->load()) std::this_thread::yield();
 }
 

@@ -55,6 +55,10 @@ public:
     android::sp<hostctl::HostCameraClient> client(int id);
     // Closes every client the server still holds, one by one.
     void closeAll();
+    // Clients the library disconnected: while admitting another client (evictions), and
+    // otherwise (disconnect-all).
+    int evictions() const { return mEvictions.load(); }
+    int libraryCloses() const { return mLibraryCloses.load(); }
 
 private:
     struct Held {
@@ -74,6 +78,8 @@ private:
     // Guards the clients and their closed marks (never held across a library call).
     std::mutex mLock;
     Held mClients[kCameras];
+    std::atomic<int> mEvictions{0};
+    std::atomic<int> mLibraryCloses{0};
 };
 
 // A thread with the driver's signal unblocked, which the driver targets: it raises detection

@@ -386,11 +386,14 @@ void StormTest::runStorm(const char* platform, int32_t uidBase) {
         watchdog.disarm();
         const Tally& n = storm.tally;
         printf(
-            "storm on %s: %d connects admitted, %d refused, %d configurations, %d requests, "
-            "%d results, %d sensor events heard, %d detections raised\n",
-            platform, n.admitted.load(), n.refused.load(), n.configured.load(), n.requests.load(),
-            n.results.load(), n.sensorCallbacks.load(), signals.raised());
+            "storm on %s: %d connects admitted, %d refused, %d evictions, %d other closes by "
+            "the library, %d configurations, %d requests, %d results, %d sensor events heard, "
+            "%d detections raised\n",
+            platform, n.admitted.load(), n.refused.load(), server.evictions(),
+            server.libraryCloses(), n.configured.load(), n.requests.load(), n.results.load(),
+            n.sensorCallbacks.load(), signals.raised());
         EXPECT_GT(n.admitted.load(), 0);
+        EXPECT_GT(server.evictions(), 0);
         EXPECT_GT(n.configured.load(), 0);
         EXPECT_GT(n.requests.load(), 0);
         EXPECT_GT(n.results.load(), 0);
