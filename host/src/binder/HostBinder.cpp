@@ -3,7 +3,6 @@
  */
 #include <binder/IPCThreadState.h>
 #include <hostctl/Binder.h>
-#include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
 
@@ -42,6 +41,19 @@ void decodeInterface(const Parcel& data, Transaction* t) {
     data.setDataPosition(0);
 }
 
+Transaction makeTransaction(uint32_t code, uint32_t flags, const uint8_t* bytes, size_t size,
+                            size_t binderCount) {
+    Transaction t;
+    t.code = code;
+    t.flags = flags;
+    t.data.assign(bytes, bytes + size);
+    t.binderCount = binderCount;
+    Parcel copy;
+    copy.setData(bytes, size);
+    decodeInterface(copy, &t);
+    return t;
+}
+
 struct Registry {
     std::mutex lock;
     std::map<std::string, sp<HostBinder>> binders;
@@ -66,6 +78,14 @@ HostBinder::~HostBinder() {
 }
 
 void HostBinder::journalLocked(uint32_t code, const Parcel& data, uint32_t flags) {
+    if (data.dataSize() > kJournalInlineBytes) {
+        // A large parcel, which no signal handler sends, is recorded at once, after the calls
+        // journaled before it.
+        drainJournalLocked();
+        mTransactions.push_back(
+            makeTransaction(code, flags, data.data(), data.dataSize(), data.objectsCount()));
+        return;
+    }
     if (mJournalTail == nullptr || mJournalTail->used == kJournalChunkEntries) {
         // mmap, unlike malloc, may be called from a signal handler.
         void* memory = mmap(nullptr, sizeof(JournalChunk), PROT_READ | PROT_WRITE,
@@ -86,33 +106,16 @@ void HostBinder::journalLocked(uint32_t code, const Parcel& data, uint32_t flags
     entry.flags = flags;
     entry.binderCount = data.objectsCount();
     entry.size = data.dataSize();
-    entry.heapData = nullptr;
-    uint8_t* bytes = entry.inlineData;
-    if (entry.size > kJournalInlineBytes) {
-        // Only large parcels, which no signal handler sends, take heap memory.
-        entry.heapData = static_cast<uint8_t*>(malloc(entry.size));
-        if (entry.heapData == nullptr) return;
-        bytes = entry.heapData;
-    }
-    if (entry.size > 0) memcpy(bytes, data.data(), entry.size);
+    if (entry.size > 0) memcpy(entry.data, data.data(), entry.size);
     ++mJournalTail->used;
 }
 
 void HostBinder::drainJournalLocked() const {
     for (JournalChunk* chunk = mJournalHead; chunk != nullptr;) {
         for (size_t i = 0; i < chunk->used; ++i) {
-            JournalEntry& entry = chunk->entries[i];
-            const uint8_t* bytes = entry.heapData != nullptr ? entry.heapData : entry.inlineData;
-            Transaction t;
-            t.code = entry.code;
-            t.flags = entry.flags;
-            t.data.assign(bytes, bytes + entry.size);
-            t.binderCount = entry.binderCount;
-            Parcel copy;
-            copy.setData(bytes, entry.size);
-            decodeInterface(copy, &t);
-            mTransactions.push_back(std::move(t));
-            free(entry.heapData);
+            const JournalEntry& entry = chunk->entries[i];
+            mTransactions.push_back(makeTransaction(entry.code, entry.flags, entry.data, entry.size,
+                                                    entry.binderCount));
         }
         JournalChunk* next = chunk->next;
         munmap(chunk, sizeof(JournalChunk));

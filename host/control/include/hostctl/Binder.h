@@ -154,9 +154,10 @@ private:
         void* cleanupCookie;
         object_cleanup_func func;
     };
-    // A call as transact() first records it: a fixed-size entry in chunks taken with mmap, so
-    // that recording a small call allocates nothing on the calling thread (the always-on
-    // camera's signal handler makes one-way calls). Entries become Transactions when read.
+    // A small call as transact() first records it: a fixed-size entry in chunks taken with
+    // mmap, so that recording it allocates nothing on the calling thread (the always-on camera's
+    // signal handler makes one-way calls). Entries become Transactions when read; a larger call
+    // becomes one at once.
     static constexpr size_t kJournalInlineBytes = 192;
     static constexpr size_t kJournalChunkEntries = 64;
     struct JournalEntry {
@@ -164,8 +165,7 @@ private:
         uint32_t flags;
         size_t binderCount;
         size_t size;
-        uint8_t* heapData;  // malloc'd copy of data larger than inlineData, else null
-        uint8_t inlineData[kJournalInlineBytes];
+        uint8_t data[kJournalInlineBytes];
     };
     struct JournalChunk {
         JournalChunk* next;
