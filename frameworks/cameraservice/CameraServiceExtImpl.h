@@ -233,7 +233,7 @@ public:
 protected:
     // Result thread: copies `result` into the camera's oldest meta buffer, stamped with
     // `frameNumber`, and hands the buffer to the stream's consumer. Returns the copy's compact
-    // size (0 when nothing was copied).
+    // size (0 when nothing was copied). Called under mMetaStreamInfosLock.
     size_t stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result, uint32_t frameNumber);
 
 public:
@@ -385,6 +385,9 @@ public:
     sp<CameraService::BasicClient> promoteClient(int cameraId);
     void storeClient(int cameraId, const sp<CameraService::BasicClient>& client);
     void dropClient(int cameraId);
+    // Empties the slot only while it still refers to `client` (a new client may have taken it
+    // once `client` was disconnected without the lock).
+    void dropClient(int cameraId, const sp<CameraService::BasicClient>& client);
     // The client's package name as UTF-8.
     static String8 clientPackageName(const sp<CameraService::BasicClient>& client);
     // Tells `client` that its camera is gone (ERROR_CAMERA_DISCONNECTED) and disconnects it.
@@ -459,12 +462,17 @@ protected:
     vantu::EnvCondition mDisconnectCondition;
     vantu::Relaxed<bool> mDisconnectWaitPending{false};
 
-    // Meta streams by camera id; changed only while streams are configured.
+    // Meta streams by camera id. The server serialises the hooks of one camera, but the
+    // configuration and disconnect of one camera add and remove records (moving the others in
+    // the vector) while other cameras' request and result threads use theirs, so every use of
+    // the table, and of a record found in it, is under mMetaStreamInfosLock; a record's own
+    // mutex is taken inside it.
+    std::mutex mMetaStreamInfosLock;
     KeyedVector<int, MetaStreamInfo> mMetaStreamInfos;
 
     // The server's clients by camera id; empty when none. Guarded by mClientLock, which is
-    // recursive because disconnecting a client under it (disconnect-all) makes the server run
-    // afterDisconnect, which drops the slot, on the same thread.
+    // recursive because disconnecting a client under it (clearing for a test client) makes the
+    // server run afterDisconnect, which drops the slot, on the same thread.
     std::recursive_mutex mClientLock;
     wp<CameraService::BasicClient> mClientSlots[kMaxCameraSlots];
     CameraRecord mCameraRecords[kMaxCameraSlots]{};

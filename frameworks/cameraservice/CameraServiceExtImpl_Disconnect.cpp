@@ -16,7 +16,10 @@ bool CameraServiceExtImpl::beforeDisconnect(bool fromDisconnectAll, bool keepMet
     if (!keepMetaStream) {
         setDoingDisconnect(true);
         const int id = cameraIdToInt(cameraId);
-        if (returnMetaBuffer(id, -1)) mMetaStreamInfos.removeItem(id);
+        if (returnMetaBuffer(id, -1)) {
+            std::lock_guard<std::mutex> table(mMetaStreamInfosLock);
+            mMetaStreamInfos.removeItem(id);
+        }
     }
     return true;
 }
@@ -80,7 +83,7 @@ void CameraServiceExtImpl::resetDisconnectState(int cameraId, bool utilLogger) {
         if (other != current || otherCamera) {
             if (SHARED_LOG_ON(utilLogger)) {
                 SHARED_LOG(utilLogger, 1, "%s, new packageName: %s, more camera id: %d",
-                               "afterDisconnect", other.string(), otherCamera ? 1 : 0);
+                           "afterDisconnect", other.string(), otherCamera ? 1 : 0);
             }
             clientsRemain = true;
         }

@@ -76,6 +76,7 @@ void CameraServiceExtImpl::beforeConfigureStreamsLocked(const CameraMetadata& se
     const int id = cameraIdToInt(cameraId);
     sp<camera3::Camera3OutputStreamInterface> metaStream;
     int metaKey = -1;
+    std::lock_guard<std::mutex> table(mMetaStreamInfosLock);
     for (int streamId : streams.getStreamIds()) {
         sp<camera3::Camera3OutputStreamInterface> stream = streams.get(streamId);
         if (stream != nullptr && stream->getWidth() == kMetaStreamWidth &&
@@ -137,10 +138,13 @@ void CameraServiceExtImpl::afterConfigureStreamsLocked(const CameraMetadata& ses
         mRejectStopPreviewFrameNum = static_cast<uint32_t>(-1);
     }
 
-    const ssize_t index = mMetaStreamInfos.indexOfKey(cameraIdToInt(cameraId));
-    if (index >= 0 && mMetaStreamInfos.valueAt(index).mMetaStream != nullptr) {
-        sp<camera3::Camera3OutputStreamInterface> stream =
-            mMetaStreamInfos.valueAt(index).mMetaStream;
+    sp<camera3::Camera3OutputStreamInterface> stream;
+    {
+        std::lock_guard<std::mutex> table(mMetaStreamInfosLock);
+        const ssize_t index = mMetaStreamInfos.indexOfKey(cameraIdToInt(cameraId));
+        if (index >= 0) stream = mMetaStreamInfos.valueAt(index).mMetaStream;
+    }
+    if (stream != nullptr) {
         if (stream->startConfiguration() == nullptr) {
             EXT_LOG(0, "%s: Can't start meta stream configuration", __func__);
         }
@@ -170,6 +174,7 @@ bool CameraServiceExtImpl::isValidOutputStream(sp<camera3::Camera3OutputStreamIn
 
 bool CameraServiceExtImpl::returnMetaBuffer(int cameraId, int count) {
     const nsecs_t start = vantu::monotonicNs();
+    std::lock_guard<std::mutex> table(mMetaStreamInfosLock);
     const ssize_t index = mMetaStreamInfos.indexOfKey(cameraId);
     if (index < 0) return false;
     MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
@@ -199,6 +204,7 @@ bool CameraServiceExtImpl::returnMetaBuffer(int cameraId, int count) {
 void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* settings,
                                                   String8 cameraId) {
     const int id = cameraIdToInt(cameraId);
+    std::unique_lock<std::mutex> table(mMetaStreamInfosLock);
     const ssize_t index = vantu::indexOfKey(mMetaStreamInfos, id);
     if (index >= 0) {
         MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
@@ -220,6 +226,7 @@ void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* setting
             }
         }
     }
+    table.unlock();
     applyMotorRequestRules(settings, id);
 }
 

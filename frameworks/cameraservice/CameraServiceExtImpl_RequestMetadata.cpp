@@ -62,13 +62,16 @@ binder::Status CameraServiceExtImpl::afterEndConfigure(const CameraMetadata& ses
                                                        void* client, unsigned long vendorId,
                                                        String8 cameraId) {
     // The meta stream serves again from the new configuration; its first results are not ready.
-    const ssize_t metaIndex = mMetaStreamInfos.indexOfKey(cameraIdToInt(cameraId));
-    if (metaIndex >= 0) {
-        MetaStreamInfo& info = mMetaStreamInfos.editValueAt(metaIndex);
-        std::unique_lock<std::mutex> metaLock;
-        if (info.mLock != nullptr) metaLock = std::unique_lock<std::mutex>(*info.mLock);
-        info.mDisabled = false;
-        info.mCountdown = 2;
+    {
+        std::lock_guard<std::mutex> table(mMetaStreamInfosLock);
+        const ssize_t metaIndex = mMetaStreamInfos.indexOfKey(cameraIdToInt(cameraId));
+        if (metaIndex >= 0) {
+            MetaStreamInfo& info = mMetaStreamInfos.editValueAt(metaIndex);
+            std::unique_lock<std::mutex> metaLock;
+            if (info.mLock != nullptr) metaLock = std::unique_lock<std::mutex>(*info.mLock);
+            info.mDisabled = false;
+            info.mCountdown = 2;
+        }
     }
 
     const String8 package = currentPackageName();

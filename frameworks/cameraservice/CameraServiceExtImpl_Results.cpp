@@ -211,6 +211,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
     // The time spent only ever shows in a debug line: the clock is read while those are on.
     const bool timed = EXT_LOG_ON();
     const nsecs_t start = timed ? vantu::monotonicNs() : 0;
+    std::unique_lock<std::mutex> table(mMetaStreamInfosLock);
     const ssize_t index = vantu::indexOfKey(mMetaStreamInfos, cameraIdToInt(states.cameraId));
     if (index < 0) return false;
     MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
@@ -222,6 +223,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
         if (vantu::findVendorTag(kApsResultTag, mVendorId, &tag)) mAPSRsultTag = tag;
     }
     const size_t size = stampMetaBuffer(info, result, frameNumber);
+    table.unlock();
     const nsecs_t elapsed = timed ? vantu::monotonicNs() - start : 0;
     if (timed && elapsed >= kSlowResultNs && EXT_LOG_ON()) {
         // The two figures are the milliseconds spent and the frame they were spent on.

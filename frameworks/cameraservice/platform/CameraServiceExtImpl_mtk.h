@@ -54,7 +54,7 @@ protected:
     void frontRearSwitchRule(int cameraId, const String8& packageName);
 
     // Requests seen, for sampling temperatures every mThermalPeriod requests.
-    uint32_t mThermalRequestCounter = 0;
+    vantu::Relaxed<uint32_t> mThermalRequestCounter{0};
     // "feature_get_temperature_enable", read at construction.
     bool mGetTemperatureEnable = false;
     int32_t mThermalPeriod = 60;

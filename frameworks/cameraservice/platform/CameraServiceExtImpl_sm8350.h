@@ -38,7 +38,7 @@ public:
 
 protected:
     // Requests seen, for sampling temperatures every sixtieth request.
-    uint32_t mThermalRequestCounter = 0;
+    vantu::Relaxed<uint32_t> mThermalRequestCounter{0};
     // "feature_get_temperature_enable", read at construction.
     bool mGetTemperatureEnable = false;
     // The temperatures last sent and the thermal tag.

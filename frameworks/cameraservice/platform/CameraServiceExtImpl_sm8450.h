@@ -39,7 +39,7 @@ protected:
     // The performance HAL service that sets thread scheduling classes; fetched on first use.
     sp<vendor::vantu::hardware::performance::V1_0::IPerformance> mPerformance;
     // Requests seen, for sampling temperatures every sixtieth request.
-    uint32_t mThermalRequestCounter = 0;
+    vantu::Relaxed<uint32_t> mThermalRequestCounter{0};
     // "feature_get_temperature_enable", read at construction.
     bool mGetTemperatureEnable = false;
     // The temperatures last sent and the thermal tag.

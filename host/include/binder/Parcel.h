@@ -255,11 +255,16 @@ private:
     // bytes can follow; -1 (null vector) is reported as *isNull.
     status_t readVectorSize(size_t minItemSize, size_t* outSize, bool* isNull) const;
 
+    // Payloads up to this size (an RPC header and a few words) live in mInline, so writing and
+    // sending a small one-way call allocates nothing, as a call made from a signal handler must.
+    static constexpr size_t kInlineCapacity = 128;
+
     uint8_t* mData;
     size_t mDataSize;
     size_t mDataCapacity;
     mutable size_t mDataPos;
     std::vector<Object> mObjects;
+    uint8_t mInline[kInlineCapacity];
 };
 
 // ---------------------------------------------------------------------------

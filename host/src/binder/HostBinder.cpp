@@ -3,6 +3,8 @@
  */
 #include <binder/IPCThreadState.h>
 #include <hostctl/Binder.h>
+#include <string.h>
+#include <sys/mman.h>
 
 #include <map>
 
@@ -39,6 +41,19 @@ void decodeInterface(const Parcel& data, Transaction* t) {
     data.setDataPosition(0);
 }
 
+Transaction makeTransaction(uint32_t code, uint32_t flags, const uint8_t* bytes, size_t size,
+                            size_t binderCount) {
+    Transaction t;
+    t.code = code;
+    t.flags = flags;
+    t.data.assign(bytes, bytes + size);
+    t.binderCount = binderCount;
+    Parcel copy;
+    copy.setData(bytes, size);
+    decodeInterface(copy, &t);
+    return t;
+}
+
 struct Registry {
     std::mutex lock;
     std::map<std::string, sp<HostBinder>> binders;
@@ -59,6 +74,54 @@ HostBinder::~HostBinder() {
     for (const AttachedObject& obj : mObjects) {
         if (obj.func != nullptr) obj.func(obj.id, obj.object, obj.cleanupCookie);
     }
+    drainJournalLocked();
+}
+
+void HostBinder::journalLocked(uint32_t code, const Parcel& data, uint32_t flags) {
+    if (data.dataSize() > kJournalInlineBytes) {
+        // A large parcel, which no signal handler sends, is recorded at once, after the calls
+        // journaled before it.
+        drainJournalLocked();
+        mTransactions.push_back(
+            makeTransaction(code, flags, data.data(), data.dataSize(), data.objectsCount()));
+        return;
+    }
+    if (mJournalTail == nullptr || mJournalTail->used == kJournalChunkEntries) {
+        // mmap, unlike malloc, may be called from a signal handler.
+        void* memory = mmap(nullptr, sizeof(JournalChunk), PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (memory == MAP_FAILED) return;
+        JournalChunk* chunk = static_cast<JournalChunk*>(memory);
+        chunk->next = nullptr;
+        chunk->used = 0;
+        if (mJournalTail != nullptr) {
+            mJournalTail->next = chunk;
+        } else {
+            mJournalHead = chunk;
+        }
+        mJournalTail = chunk;
+    }
+    JournalEntry& entry = mJournalTail->entries[mJournalTail->used];
+    entry.code = code;
+    entry.flags = flags;
+    entry.binderCount = data.objectsCount();
+    entry.size = data.dataSize();
+    if (entry.size > 0) memcpy(entry.data, data.data(), entry.size);
+    ++mJournalTail->used;
+}
+
+void HostBinder::drainJournalLocked() const {
+    for (JournalChunk* chunk = mJournalHead; chunk != nullptr;) {
+        for (size_t i = 0; i < chunk->used; ++i) {
+            const JournalEntry& entry = chunk->entries[i];
+            mTransactions.push_back(makeTransaction(entry.code, entry.flags, entry.data, entry.size,
+                                                    entry.binderCount));
+        }
+        JournalChunk* next = chunk->next;
+        munmap(chunk, sizeof(JournalChunk));
+        chunk = next;
+    }
+    mJournalHead = mJournalTail = nullptr;
 }
 
 const String16& HostBinder::getInterfaceDescriptor() const {
@@ -79,19 +142,10 @@ status_t HostBinder::dump(int /*fd*/, const android::Vector<String16>& /*args*/)
 
 status_t HostBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
     if (!isBinderAlive()) return android::DEAD_OBJECT;
-    Transaction t;
-    t.code = code;
-    t.flags = flags;
-    t.data.assign(data.data(), data.data() + data.dataSize());
-    t.binderCount = data.objectsCount();
-    const size_t position = data.dataPosition();
-    decodeInterface(data, &t);
-    data.setDataPosition(position);
-
-    Handler handler;
+    std::shared_ptr<const Handler> handler;
     {
         std::lock_guard<std::mutex> lock(mLock);
-        mTransactions.push_back(std::move(t));
+        journalLocked(code, data, flags);
         handler = mHandler;
     }
     // A one-way call has no reply, whatever the caller passed.
@@ -101,9 +155,9 @@ status_t HostBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, 
         err = OK;
     } else if (code == INTERFACE_TRANSACTION) {
         err = reply != nullptr ? reply->writeString16(mDescriptor) : OK;
-    } else if (handler) {
+    } else if (handler != nullptr) {
         data.setDataPosition(0);
-        err = handler(code, data, reply, flags);
+        err = (*handler)(code, data, reply, flags);
     }
     if (reply != nullptr) reply->setDataPosition(0);
     return err;
@@ -183,17 +237,21 @@ bool HostBinder::kill() {
 }
 
 void HostBinder::setHandler(Handler handler) {
+    std::shared_ptr<const Handler> shared;
+    if (handler) shared = std::make_shared<const Handler>(std::move(handler));
     std::lock_guard<std::mutex> lock(mLock);
-    mHandler = std::move(handler);
+    mHandler = std::move(shared);
 }
 
 std::vector<Transaction> HostBinder::transactions() const {
     std::lock_guard<std::mutex> lock(mLock);
+    drainJournalLocked();
     return mTransactions;
 }
 
 void HostBinder::clearTransactions() {
     std::lock_guard<std::mutex> lock(mLock);
+    drainJournalLocked();
     mTransactions.clear();
 }
 

@@ -1,6 +1,8 @@
 #include <binder/IBinder.h>
 #include <binder/IPCThreadState.h>
 
+#include <new>
+
 #include "HostIdentity.h"
 
 namespace android {
@@ -11,9 +13,17 @@ constexpr int kWorkSourcePropagatedBitIndex = 32;
 
 }  // namespace
 
+// Plain thread storage, built in place on a thread's first call and never destroyed (the state
+// is only numbers): the first call may come from a signal handler making a one-way call, where
+// registering a thread-exit destructor would allocate.
 IPCThreadState* IPCThreadState::self() {
-    thread_local IPCThreadState state;
-    return &state;
+    alignas(IPCThreadState) thread_local unsigned char tStorage[sizeof(IPCThreadState)];
+    thread_local bool tBuilt = false;
+    if (!tBuilt) {
+        new (tStorage) IPCThreadState();
+        tBuilt = true;
+    }
+    return reinterpret_cast<IPCThreadState*>(tStorage);
 }
 
 IPCThreadState* IPCThreadState::selfOrNull() {

@@ -74,12 +74,23 @@ void Parcel::setDataPosition(size_t pos) const {
 status_t Parcel::setDataCapacity(size_t size) {
     if (size > INT32_MAX) return BAD_VALUE;
     if (size <= mDataCapacity) return OK;
-    uint8_t* data = static_cast<uint8_t*>(realloc(mData, size));
-    if (data == nullptr) return NO_MEMORY;
+    uint8_t* data = nullptr;
+    size_t capacity = size;
+    if (mData == nullptr && size <= kInlineCapacity) {
+        data = mInline;
+        capacity = kInlineCapacity;
+    } else if (mData == mInline) {
+        data = static_cast<uint8_t*>(malloc(size));
+        if (data == nullptr) return NO_MEMORY;
+        memcpy(data, mInline, mDataCapacity);
+    } else {
+        data = static_cast<uint8_t*>(realloc(mData, size));
+        if (data == nullptr) return NO_MEMORY;
+    }
     // New room is zeroed so gaps left by setDataPosition never expose stale bytes.
-    memset(data + mDataCapacity, 0, size - mDataCapacity);
+    memset(data + mDataCapacity, 0, capacity - mDataCapacity);
     mData = data;
-    mDataCapacity = size;
+    mDataCapacity = capacity;
     return OK;
 }
 
@@ -132,7 +143,7 @@ size_t Parcel::objectsCount() const {
 }
 
 void Parcel::freeData() {
-    free(mData);
+    if (mData != mInline) free(mData);
     mData = nullptr;
     mDataSize = 0;
     mDataCapacity = 0;

@@ -215,6 +215,33 @@ TEST_F(HostBinderTest, RecordsOneWayCallsWithTheirInterface) {
     EXPECT_EQ(2u, cb->transactions().size());
 }
 
+TEST_F(HostBinderTest, RecordsManyCallsInOrderAcrossReadsSmallAndLarge) {
+    // Calls are journaled in fixed-size entries and read back as transactions: order, sizes and
+    // bytes must survive many entries, parcels too large for an entry, and reads in between.
+    sp<hostctl::HostBinder> b = hostctl::createBinder("journal", "j.I");
+    std::vector<std::vector<uint8_t>> sent;
+    for (uint32_t i = 0; i < 300; ++i) {
+        Parcel data;
+        data.writeInterfaceToken(String16("j.I"));
+        const size_t words = i % 7 == 0 ? 100 : 1;  // some exceed an entry's room
+        for (size_t w = 0; w < words; ++w) data.writeInt32(static_cast<int32_t>(i * 1000 + w));
+        sent.emplace_back(data.data(), data.data() + data.dataSize());
+        ASSERT_EQ(OK, b->transact(i, data, nullptr, IBinder::FLAG_ONEWAY));
+        if (i == 150) {
+            EXPECT_EQ(151u, b->transactions().size());
+        }
+    }
+    std::vector<hostctl::Transaction> calls = b->transactions();
+    ASSERT_EQ(sent.size(), calls.size());
+    for (uint32_t i = 0; i < calls.size(); ++i) {
+        EXPECT_EQ(i, calls[i].code);
+        EXPECT_EQ(sent[i], calls[i].data) << i;
+        EXPECT_EQ("j.I", calls[i].interfaceName) << i;
+    }
+    b->clearTransactions();
+    EXPECT_TRUE(b->transactions().empty());
+}
+
 TEST_F(HostBinderTest, TravelsThroughParcelsAndIsFoundByName) {
     sp<hostctl::HostBinder> b = hostctl::createBinder("client");
     Parcel p;

@@ -315,3 +315,24 @@ TEST(ParcelData, EmptyWriteIntoAnEmptyParcelSucceedsAndAddsNothing) {
     EXPECT_EQ(OK, p.write(&byte, 0));
     EXPECT_EQ(4u, p.dataSize());
 }
+
+TEST(ParcelStorage, GrowingPastTheInlineRoomKeepsEveryByte) {
+    // Small parcels live in the parcel itself; the move to the heap must carry what was written.
+    Parcel p;
+    std::vector<uint8_t> expected;
+    for (uint32_t i = 0; i < 200; ++i) {
+        ASSERT_EQ(OK, p.writeInt32(static_cast<int32_t>(i * 0x01010101u)));
+        const std::vector<uint8_t> w = words({i * 0x01010101u});
+        expected.insert(expected.end(), w.begin(), w.end());
+        ASSERT_EQ(expected, bytes(p)) << "after word " << i;
+    }
+    // Set again from outside, small then large, and emptied.
+    p.setData(expected.data(), 8);
+    EXPECT_EQ(std::vector<uint8_t>(expected.begin(), expected.begin() + 8), bytes(p));
+    p.setData(expected.data(), expected.size());
+    EXPECT_EQ(expected, bytes(p));
+    p.freeData();
+    EXPECT_EQ(0u, p.dataSize());
+    EXPECT_EQ(OK, p.writeInt32(7));
+    EXPECT_EQ(words({7}), bytes(p));
+}

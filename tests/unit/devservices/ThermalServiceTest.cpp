@@ -95,7 +95,7 @@ TEST_F(ThermalServiceTest, RefusedOrFailedDeathLinkDropsTheHal) {
 
 TEST_F(ThermalServiceTest, SamplesEverySixtiethRequestOnBatteryOrSkinChange) {
     ThermalSampling sampling;
-    uint32_t counter = 0;
+    android::vantu::Relaxed<uint32_t> counter{0};
     // Switch off: the caller's answer, and the counter still advances.
     EXPECT_FALSE(sampleThermal(sampling, counter, 60, kLimit, false, false));
     EXPECT_TRUE(sampleThermal(sampling, counter, 60, kLimit, false, true));
@@ -126,7 +126,7 @@ TEST_F(ThermalServiceTest, SamplesEverySixtiethRequestOnBatteryOrSkinChange) {
 
 TEST_F(ThermalServiceTest, CounterRestartsAtTheLimit) {
     ThermalSampling sampling;
-    uint32_t counter = kLimit;
+    android::vantu::Relaxed<uint32_t> counter{kLimit};
     // Restarts at 0, which samples.
     EXPECT_TRUE(sampleThermal(sampling, counter, 60, kLimit, true, false));
     EXPECT_EQ(1u, counter);

@@ -14,10 +14,11 @@ constexpr char kThermalTag[] = "com.vantu.CTP.query.ALL";
 constexpr size_t kThermalTagCount = 26;
 }  // namespace
 
-bool sampleThermal(ThermalSampling& sampling, uint32_t& counter, uint32_t period, uint32_t limit,
-                   bool enabled, bool force) {
-    if (counter >= limit) counter = 0;
-    if (enabled && period != 0 && counter % period == 0) {
+bool sampleThermal(ThermalSampling& sampling, Relaxed<uint32_t>& counter, uint32_t period,
+                   uint32_t limit, bool enabled, bool force) {
+    uint32_t count = counter;
+    if (count >= limit) count = 0;
+    if (enabled && period != 0 && count % period == 0) {
         // One list per request thread, so cameras sampling at once do not share it; it keeps
         // its storage, so a warm request thread allocates nothing here.
         thread_local std::vector<int> temperatures;
@@ -32,12 +33,12 @@ bool sampleThermal(ThermalSampling& sampling, uint32_t& counter, uint32_t period
                         temperatures[ThermalService::kGpu], temperatures[ThermalService::kBattery],
                         temperatures[ThermalService::kSkin]);
             }
-            ++counter;
+            counter = count + 1;
             sampling.tagPending = true;
             return true;
         }
     }
-    ++counter;
+    counter = count + 1;
     return force;
 }
 

@@ -15,14 +15,14 @@
 namespace android {
 namespace vantu {
 
-// Sampling state of one extension object. The request thread owns it; the tag id and the
-// pending mark are relaxed so that request threads of two cameras do not race on them.
+// Sampling state of one extension object. Request threads of several cameras use it without a
+// lock, so every field is relaxed.
 struct ThermalSampling {
     // The tag id was never found: no request of this object carries temperatures.
     static constexpr uint32_t kTagUnknown = 0xFFFFFFFF;
 
     // CPU, GPU, battery, skin as last sent to the hardware layer.
-    int32_t lastSent[4] = {-1, -1, -1, -1};
+    Relaxed<int32_t> lastSent[4] = {-1, -1, -1, -1};
     // The last sample changed: the request being prepared carries the new values.
     Relaxed<bool> tagPending{false};
     // "com.vantu.CTP.query.ALL" once resolved; 0 until then.
@@ -32,8 +32,8 @@ struct ThermalSampling {
 // One request's sampling step (IsNewRequestThermalTemp): restarts `counter` at `limit`; when
 // `enabled` and the counter is a multiple of `period`, reads the temperatures and answers true
 // if the battery or skin value changed. The counter advances; otherwise the answer is `force`.
-bool sampleThermal(ThermalSampling& sampling, uint32_t& counter, uint32_t period, uint32_t limit,
-                   bool enabled, bool force);
+bool sampleThermal(ThermalSampling& sampling, Relaxed<uint32_t>& counter, uint32_t period,
+                   uint32_t limit, bool enabled, bool force);
 
 // Writes the last sent temperatures into `request` when the last sample asked for it
 // (updatethermaltemp).

@@ -15,6 +15,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -153,15 +154,41 @@ private:
         void* cleanupCookie;
         object_cleanup_func func;
     };
+    // A small call as transact() first records it: a fixed-size entry in chunks taken with
+    // mmap, so that recording it allocates nothing on the calling thread (the always-on camera's
+    // signal handler makes one-way calls). Entries become Transactions when read; a larger call
+    // becomes one at once.
+    static constexpr size_t kJournalInlineBytes = 192;
+    static constexpr size_t kJournalChunkEntries = 64;
+    struct JournalEntry {
+        uint32_t code;
+        uint32_t flags;
+        size_t binderCount;
+        size_t size;
+        uint8_t data[kJournalInlineBytes];
+    };
+    struct JournalChunk {
+        JournalChunk* next;
+        size_t used;
+        JournalEntry entries[kJournalChunkEntries];
+    };
+    // Under mLock.
+    void journalLocked(uint32_t code, const android::Parcel& data, uint32_t flags);
+    void drainJournalLocked() const;
 
     const std::string mName;
     const android::String16 mDescriptor;
     std::atomic<bool> mDead;
     mutable std::mutex mLock;
     std::vector<Link> mLinks;
-    std::vector<Transaction> mTransactions;
+    // Reading moves the journal's calls into mTransactions.
+    mutable std::vector<Transaction> mTransactions;
+    // Calls not yet moved into mTransactions, oldest first.
+    mutable JournalChunk* mJournalHead = nullptr;
+    mutable JournalChunk* mJournalTail = nullptr;
     std::vector<AttachedObject> mObjects;
-    Handler mHandler;
+    // Shared, so that transact() takes it without copying the function.
+    std::shared_ptr<const Handler> mHandler;
 };
 
 // Creates a binder registered under `name` (replacing any earlier one of that name, which is
