@@ -106,12 +106,6 @@ void CameraServiceExtImpl::dropClient(int cameraId) {
     mClientSlots[cameraId].clear();
 }
 
-void CameraServiceExtImpl::dropClient(int cameraId, const sp<CameraService::BasicClient>& client) {
-    if (!isSlotId(cameraId)) return;
-    std::lock_guard<std::recursive_mutex> lock(mClientLock);
-    if (mClientSlots[cameraId].unsafe_get() == client.get()) mClientSlots[cameraId].clear();
-}
-
 String8 CameraServiceExtImpl::clientPackageName(const sp<CameraService::BasicClient>& client) {
     return client != nullptr ? String8(client->getPackageName()) : String8();
 }

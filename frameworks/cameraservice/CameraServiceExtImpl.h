@@ -385,9 +385,6 @@ public:
     sp<CameraService::BasicClient> promoteClient(int cameraId);
     void storeClient(int cameraId, const sp<CameraService::BasicClient>& client);
     void dropClient(int cameraId);
-    // Empties the slot only while it still refers to `client` (a new client may have taken it
-    // once `client` was disconnected without the lock).
-    void dropClient(int cameraId, const sp<CameraService::BasicClient>& client);
     // The client's package name as UTF-8.
     static String8 clientPackageName(const sp<CameraService::BasicClient>& client);
     // Tells `client` that its camera is gone (ERROR_CAMERA_DISCONNECTED) and disconnects it.
@@ -471,8 +468,8 @@ protected:
     KeyedVector<int, MetaStreamInfo> mMetaStreamInfos;
 
     // The server's clients by camera id; empty when none. Guarded by mClientLock, which is
-    // recursive because disconnecting a client under it (clearing for a test client) makes the
-    // server run afterDisconnect, which drops the slot, on the same thread.
+    // recursive because disconnecting a client under it (disconnect-all) makes the server run
+    // afterDisconnect, which drops the slot, on the same thread.
     std::recursive_mutex mClientLock;
     wp<CameraService::BasicClient> mClientSlots[kMaxCameraSlots];
     CameraRecord mCameraRecords[kMaxCameraSlots]{};

@@ -215,19 +215,14 @@ status_t CameraServiceExtImpl::onTransact(uint32_t code, const Parcel& data, Par
         case DISCONNECT_CLIENTS: {
             mDisconnectClients = true;
             if (EXT_LOG_ON()) EXT_LOG(1, "%s, DISCONNECT_CLIENTS", kFunc);
-            // The clients are taken under the client lock and disconnected without it, as the
-            // eviction does: a client's close runs afterDisconnect, which takes the lock, while
-            // the server holds that client's own lock, which a second disconnect of the same
-            // client waits for.
-            sp<CameraService::BasicClient> clients[kMaxCameraSlots];
-            {
-                std::lock_guard<std::recursive_mutex> lock(mClientLock);
-                for (int id = 0; id < kMaxCameraSlots; ++id) clients[id] = promoteClient(id);
-            }
+            // Held for the whole walk: the server's disconnect runs afterDisconnect, which drops
+            // the slot, on this thread before it returns.
+            std::lock_guard<std::recursive_mutex> lock(mClientLock);
             for (int id = 0; id < kMaxCameraSlots; ++id) {
-                if (clients[id] == nullptr) continue;
-                notifyErrorAndDisconnect(clients[id]);
-                dropClient(id, clients[id]);
+                const sp<CameraService::BasicClient> client = promoteClient(id);
+                if (client == nullptr) continue;
+                notifyErrorAndDisconnect(client);
+                dropClient(id);
             }
             mDisconnectClients = false;
             return OK;
