@@ -90,19 +90,19 @@ String8 CameraServiceExtImpl::currentActivityName() const {
 
 sp<CameraService::BasicClient> CameraServiceExtImpl::promoteClient(int cameraId) {
     if (!isSlotId(cameraId)) return nullptr;
-    std::lock_guard<std::recursive_mutex> lock(mClientLock);
+    std::lock_guard<std::mutex> lock(mClientSlotsLock);
     return mClientSlots[cameraId].promote();
 }
 
 void CameraServiceExtImpl::storeClient(int cameraId, const sp<CameraService::BasicClient>& client) {
     if (!isSlotId(cameraId)) return;
-    std::lock_guard<std::recursive_mutex> lock(mClientLock);
+    std::lock_guard<std::mutex> lock(mClientSlotsLock);
     mClientSlots[cameraId] = client;
 }
 
 void CameraServiceExtImpl::dropClient(int cameraId) {
     if (!isSlotId(cameraId)) return;
-    std::lock_guard<std::recursive_mutex> lock(mClientLock);
+    std::lock_guard<std::mutex> lock(mClientSlotsLock);
     mClientSlots[cameraId].clear();
 }
 

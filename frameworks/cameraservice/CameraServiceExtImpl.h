@@ -467,10 +467,17 @@ protected:
     std::mutex mMetaStreamInfosLock;
     KeyedVector<int, MetaStreamInfo> mMetaStreamInfos;
 
-    // The server's clients by camera id; empty when none. Guarded by mClientLock, which is
-    // recursive because disconnecting a client under it (disconnect-all) makes the server run
-    // afterDisconnect, which drops the slot, on the same thread.
+    // The client lock: held by disconnect-all for its whole walk, and by the clearing of
+    // non-test clients while it takes the clients, so the two walkers never interleave.
+    // Recursive because a client disconnected under it may come back into the extension on the
+    // same thread.
     std::recursive_mutex mClientLock;
+    // The server's clients by camera id; empty when none. Guarded by mClientSlotsLock, a leaf
+    // lock held only to read or write a slot, never across a call out: the server runs
+    // afterDisconnect (which drops a slot) under its own per-client locks, so a slot access
+    // under the client lock would order the two against a disconnect-all that holds the client
+    // lock while it waits for such a client.
+    std::mutex mClientSlotsLock;
     wp<CameraService::BasicClient> mClientSlots[kMaxCameraSlots];
     CameraRecord mCameraRecords[kMaxCameraSlots]{};
 

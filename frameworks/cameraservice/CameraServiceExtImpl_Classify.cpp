@@ -112,19 +112,19 @@ void CameraServiceExtImpl::clearNonCTSClient(const String16& clientPackageName) 
         isCompatibilityTestPackage(String8(clientPackageName).string())) {
         return;
     }
-    // The live clients are taken under the slot lock and disconnected after it is released, as
-    // an eviction does: the server's disconnect runs the disconnect hooks, which take the lock,
-    // possibly on another thread.
+    // The live clients are taken under the client lock and disconnected after it is released,
+    // as an eviction does: the server's disconnect of a client waits for that client's own
+    // locks, which a close already under way on another thread holds.
     sp<CameraService::BasicClient> clients[kMaxCameraSlots];
     {
         std::lock_guard<std::recursive_mutex> lock(mClientLock);
-        for (int id = 0; id < kMaxCameraSlots; ++id) clients[id] = mClientSlots[id].promote();
+        for (int id = 0; id < kMaxCameraSlots; ++id) clients[id] = promoteClient(id);
     }
     for (int id = 0; id < kMaxCameraSlots; ++id) {
         if (clients[id] == nullptr) continue;
         clients[id]->disconnect();
         // A client that connected meanwhile keeps its slot.
-        std::lock_guard<std::recursive_mutex> lock(mClientLock);
+        std::lock_guard<std::mutex> lock(mClientSlotsLock);
         if (mClientSlots[id].unsafe_get() == clients[id].get()) mClientSlots[id].clear();
     }
 }

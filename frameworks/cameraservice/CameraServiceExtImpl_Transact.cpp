@@ -215,8 +215,9 @@ status_t CameraServiceExtImpl::onTransact(uint32_t code, const Parcel& data, Par
         case DISCONNECT_CLIENTS: {
             mDisconnectClients = true;
             if (EXT_LOG_ON()) EXT_LOG(1, "%s, DISCONNECT_CLIENTS", kFunc);
-            // Held for the whole walk: the server's disconnect runs afterDisconnect, which drops
-            // the slot, on this thread before it returns.
+            // The client lock is held for the whole walk; the slots themselves are read and
+            // cleared under their own leaf lock, which afterDisconnect also takes, so a close
+            // already under way on another thread finishes while this walk waits for it.
             std::lock_guard<std::recursive_mutex> lock(mClientLock);
             for (int id = 0; id < kMaxCameraSlots; ++id) {
                 const sp<CameraService::BasicClient> client = promoteClient(id);

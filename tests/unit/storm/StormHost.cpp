@@ -36,6 +36,9 @@ int32_t StormServer::connect(int id, const char* component, uid_t uid, pid_t pid
     std::lock_guard<std::mutex> serial(cam.connectLock);
     const String8 cameraId(std::to_string(id).c_str());
     String16 package(component);
+    // Before admitting a compatibility-test client the server clears the other clients (all
+    // of them, since the storm's configuration turns the test-package exemption off).
+    if (strncmp(component, "android.camera.cts", 18) == 0) mExt->clearNonCTSClient(package);
     tAdmitting = true;
     const int32_t verdict = mExt->beforeConnect(cameraId, package, false);
     tAdmitting = false;

@@ -66,7 +66,7 @@ protected:
         hostctl::resetServices();
         mRoot.writeFile(kFwkConfigPath,
                         R"({"default": {"feature_auth_enable": true, "feature_aon_enable": true,
-                            "feature_motor_enable": false}})");
+                            "feature_motor_enable": false, "feature_cts_enable": false}})");
         hostctl::setProperty("ro.vantu.system.camera.name", "com.vantu.camera");
         hostctl::setProperty("ro.vantu.flashlight.rio.switch", "persist.vendor.rio.switch");
         hostctl::setProperty("persist.vendor.rio.switch", "1");
