@@ -30,6 +30,7 @@
 #include "CameraServiceExtImpl.h"
 #include "CharacteristicsInput.h"
 #include "ExtFactory.h"
+#include "common/FuzzWorld.h"
 
 namespace {
 
@@ -224,18 +225,8 @@ void setProperties(const char* platform, bool logOn) {
 }
 
 void makeDeviceRoot() {
-    char tmpl[] = "/tmp/camext-charfuzz-XXXXXX";
-    const char* dir = mkdtemp(tmpl);
-    if (dir == nullptr) abort();
-    const std::filesystem::path root(dir);
-    std::filesystem::create_directories(root / "odm/etc/camera");
-    std::ofstream(root / android::kFwkConfigPath) << kConfig;
-    hostctl::setDeviceRoot(dir);
-    static const std::string sRoot = dir;
-    atexit([] {
-        std::error_code ec;
-        std::filesystem::remove_all(sRoot, ec);
-    });
+    fuzzworld::useDeviceRoot();
+    fuzzworld::writeDeviceFile(android::kFwkConfigPath, kConfig, sizeof(kConfig) - 1);
 }
 
 }  // namespace

@@ -3,17 +3,15 @@
 //   characteristics_seeds --write DIR
 // The checked-in tests/fuzz/characteristics/corpus is this tool's output; rewrite it when the
 // input format in CharacteristicsInput.h changes.
-#include <stdio.h>
 #include <string.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "CharacteristicsInput.h"
 #include "ExtFactory.h"
+#include "common/SeedFiles.h"
 
 namespace {
 
@@ -95,22 +93,6 @@ std::vector<std::pair<std::string, Writer>> seeds() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3 || strcmp(argv[1], "--write") != 0) {
-        fprintf(stderr, "usage: %s --write DIR\n", argv[0]);
-        return 2;
-    }
-    std::error_code ec;
-    std::filesystem::create_directories(argv[2], ec);
-    for (const auto& seed : seeds()) {
-        const std::string path = std::string(argv[2]) + "/" + seed.first + ".bin";
-        std::ofstream out(path, std::ios::binary);
-        const std::vector<uint8_t>& bytes = seed.second.out();
-        out.write(reinterpret_cast<const char*>(bytes.data()),
-                  static_cast<std::streamsize>(bytes.size()));
-        if (!out) {
-            fprintf(stderr, "%s: cannot write %s\n", argv[0], path.c_str());
-            return 1;
-        }
-    }
-    return 0;
+    return fuzzworld::writeSeedFiles(
+        argc, argv, seeds(), [](const auto& writer) -> const auto& { return writer.out(); });
 }

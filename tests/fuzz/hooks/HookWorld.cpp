@@ -15,6 +15,7 @@
 #include <map>
 
 #include "ExtFactory.h"
+#include "common/FuzzWorld.h"
 #include "platform/CameraServiceExtImpl_mtk.h"
 #include "platform/CameraServiceExtImpl_qcom.h"
 
@@ -58,22 +59,13 @@ void setBaseProperties() {
 }
 
 void makeDeviceRoot() {
-    char tmpl[] = "/tmp/camext-hookfuzz-XXXXXX";
-    const char* dir = mkdtemp(tmpl);
-    if (dir == nullptr) abort();
-    const std::filesystem::path root(dir);
-    std::filesystem::create_directories(root / "odm/etc/camera");
-    std::ofstream(root / "odm/etc/camera/fwk_config.json") << R"({
+    static const std::string kConfig = R"({
         "default": {"feature_fold_enable": true, "feature_get_temperature_enable": true,
                     "feature_zumio_enable": true,
                     "reject_3rd_app_stop_preview": ["com.fuzz.torchapp", "com.example.app"]},
         "com.fuzz.noflash": {"feature_flash_enable": false, "feature_fold_enable": false}})";
-    hostctl::setDeviceRoot(dir);
-    static const std::string sRoot = dir;
-    atexit([] {
-        std::error_code ec;
-        std::filesystem::remove_all(sRoot, ec);
-    });
+    fuzzworld::useDeviceRoot();
+    fuzzworld::writeDeviceFile("odm/etc/camera/fwk_config.json", kConfig.data(), kConfig.size());
 }
 
 // The provider declares the library's vendor tags; a second provider declares the same names

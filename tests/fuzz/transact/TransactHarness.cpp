@@ -13,6 +13,7 @@
 
 #include "ExtFactory.h"
 #include "TransactWorld.h"
+#include "common/FuzzWorld.h"
 
 namespace transactfuzz {
 
@@ -198,22 +199,13 @@ void resetWorld(World& world) {
 }
 
 void makeDeviceRoot() {
-    char tmpl[] = "/tmp/camext-fuzz-XXXXXX";
-    const char* dir = mkdtemp(tmpl);
-    if (dir == nullptr) abort();
-    const std::filesystem::path root(dir);
-    std::filesystem::create_directories(root / "odm/etc/camera");
-    std::ofstream(root / "odm/etc/camera/fwk_config.json")
-        << R"({"default": {"feature_auth_enable": true, "feature_aon_enable": true,
+    static const std::string kConfig =
+        R"({"default": {"feature_auth_enable": true, "feature_aon_enable": true,
                            "privileged_app_list": ["com.tencent"],
                            "thirdPartyAppWidthLimitForCam0": 1920,
                            "thirdPartyAppHeightLimitForCam0": 1080}})";
-    hostctl::setDeviceRoot(dir);
-    static const std::string sRoot = dir;
-    atexit([] {
-        std::error_code ec;
-        std::filesystem::remove_all(sRoot, ec);
-    });
+    fuzzworld::useDeviceRoot();
+    fuzzworld::writeDeviceFile("odm/etc/camera/fwk_config.json", kConfig.data(), kConfig.size());
 }
 
 }  // namespace
