@@ -37,7 +37,7 @@ public:
     // What setCurrentPackageName leaves: the client's package, and the configuration answering
     // for it.
     void setPackage(const char* package) {
-        mCurrentPackageName = String8(package);
+        storeCurrentPackageName(String8(package));
         android::setJsonPackageName(package);
     }
     void armAfTrigger(uint8_t trigger) { mLastAFtrigger = trigger; }

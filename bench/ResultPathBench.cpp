@@ -27,7 +27,7 @@ constexpr size_t kResultBytes = 8192;
 class BenchExtension : public android::CameraServiceExtImpl {
 public:
     BenchExtension() {
-        mCurrentPackageName = android::String8("com.example.videoapp");
+        storeCurrentPackageName(android::String8("com.example.videoapp"));
         mVendorId = kProvider;
     }
     // Meta buffers waiting for results on camera 0 (0 without a meta stream).

@@ -415,6 +415,13 @@ protected:
     mutable bool mRequestAppIsSwitchesPackage = false;
     // Classifies the current package again when it changed; under mClientNameLock.
     RequestApp classifyRequestAppLocked() const;
+    // Bumped, under mClientNameLock, at every change of mCurrentPackageName; with the class it
+    // was current for, the classified package's (generation << 8 | 0x80 | class), so that the
+    // per-frame hooks learn the class without the lock while the package stays the same.
+    std::atomic<uint32_t> mClientNameGeneration{0};
+    mutable std::atomic<uint32_t> mRequestAppCache{0};
+    // Sets the current package under mClientNameLock; every writer of it goes through here.
+    void storeCurrentPackageName(const String8& package);
     // "package/activity" exactly as the server passed it to beforeConnect.
     String8 mClientComponentName;
 

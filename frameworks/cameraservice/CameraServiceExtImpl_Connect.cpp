@@ -102,10 +102,7 @@ void CameraServiceExtImpl::setActivityName(const String16& name) {
 
 void CameraServiceExtImpl::setCurrentPackageName(const String16& packageName) {
     const String8 package(packageName);
-    {
-        std::lock_guard<std::mutex> lock(mClientNameLock);
-        mCurrentPackageName = package;
-    }
+    storeCurrentPackageName(package);
     property_set("vantu.camera.packname", package.string());
     setJsonPackageName(package.string());
     // Written a second time on purpose: readers that raced the configuration switch see it.

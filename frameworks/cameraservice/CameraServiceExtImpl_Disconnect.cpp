@@ -93,6 +93,7 @@ void CameraServiceExtImpl::resetDisconnectState(int cameraId, bool utilLogger) {
         {
             std::lock_guard<std::mutex> lock(mClientNameLock);
             mCurrentPackageName = "NULL";
+            mClientNameGeneration.fetch_add(1, std::memory_order_release);
             mActivityName = "NULL";
         }
         setAPKPackageName(String16("NULL"));

@@ -128,9 +128,28 @@ CameraServiceExtImpl::RequestApp CameraServiceExtImpl::classifyRequestAppLocked(
     return mRequestApp;
 }
 
-CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp() const {
+void CameraServiceExtImpl::storeCurrentPackageName(const String8& package) {
     std::lock_guard<std::mutex> lock(mClientNameLock);
-    return classifyRequestAppLocked();
+    mCurrentPackageName = package;
+    mClientNameGeneration.fetch_add(1, std::memory_order_release);
+}
+
+CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp() const {
+    // The generation wraps after 2^24 changes; a reader would have to sleep through exactly
+    // that many to take a stale class.
+    constexpr uint32_t kValid = 0x80;
+    const uint32_t generation = mClientNameGeneration.load(std::memory_order_acquire) & 0xFFFFFF;
+    const uint32_t cached = mRequestAppCache.load(std::memory_order_acquire);
+    if ((cached & kValid) != 0 && (cached >> 8) == generation) {
+        return static_cast<RequestApp>(cached & 0x7F);
+    }
+    std::lock_guard<std::mutex> lock(mClientNameLock);
+    const RequestApp app = classifyRequestAppLocked();
+    // Writers bump the generation under the lock, so it names the package just classified.
+    const uint32_t current = mClientNameGeneration.load(std::memory_order_relaxed) & 0xFFFFFF;
+    mRequestAppCache.store(current << 8 | kValid | static_cast<uint32_t>(app),
+                           std::memory_order_release);
+    return app;
 }
 
 CameraServiceExtImpl::RequestApp CameraServiceExtImpl::currentRequestApp(

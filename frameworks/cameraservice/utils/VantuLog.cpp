@@ -17,8 +17,8 @@ namespace {
 constexpr size_t kLogBufferSize = 1024;
 constexpr const char kExtLogTag[] = "VantuCameraService";
 
-// Both switches are bytes that several host threads read and write without a lock.
-std::atomic<uint8_t> gExtLogSwitch{0};
+// The utility switch is a byte that several host threads read and write without a lock, as is
+// the extension object's (declared in the header).
 std::atomic<uint8_t> gUtilLogSwitch{0};
 std::atomic<bool> gUtilLogSwitchRead{false};
 
@@ -38,6 +38,8 @@ bool propertyIsTrue(const char* name) {
 
 namespace android {
 
+std::atomic<uint8_t> gExtLogSwitch{0};
+
 void log_print(int level, const char* format, ...) {
     if (format == nullptr || gExtLogSwitch.load(std::memory_order_relaxed) < level) return;
     va_list args;
@@ -55,10 +57,6 @@ uint8_t readLogSwitchProperties() {
 
 void setExtLogSwitch(uint8_t value) {
     gExtLogSwitch.store(value, std::memory_order_relaxed);
-}
-
-uint8_t getExtLogSwitch() {
-    return gExtLogSwitch.load(std::memory_order_relaxed);
 }
 
 }  // namespace android

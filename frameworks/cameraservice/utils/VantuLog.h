@@ -23,6 +23,8 @@
 #include <sys/types.h>
 #include <utils/String8.h>
 
+#include <atomic>
+
 namespace android {
 
 // Writes one line under the tag "VantuCameraService" when the extension object's switch is at
@@ -31,9 +33,12 @@ void log_print(int level, const char* format, ...) __attribute__((format(printf,
 
 // 1 when "persist.sys.assert.panic" or "persist.camera.assert.panic" is exactly "true", else 0.
 uint8_t readLogSwitchProperties();
-// The extension object's switch.
+// The extension object's switch. Read inline: the per-frame hooks ask it before every line.
+extern std::atomic<uint8_t> gExtLogSwitch;
 void setExtLogSwitch(uint8_t value);
-uint8_t getExtLogSwitch();
+inline uint8_t getExtLogSwitch() {
+    return gExtLogSwitch.load(std::memory_order_relaxed);
+}
 
 }  // namespace android
 

@@ -221,9 +221,9 @@ void FuzzExtension::prepare(uint8_t world) {
         std::lock_guard<std::mutex> lock(mPrivilegedUidsLock);
         mPrivilegedUids.clear();
     }
+    storeCurrentPackageName(android::String8("NULL"));
     {
         std::lock_guard<std::mutex> lock(mClientNameLock);
-        mCurrentPackageName = "NULL";
         mActivityName = "NULL";
         mClientComponentName = "";
     }

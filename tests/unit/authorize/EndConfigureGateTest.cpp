@@ -28,7 +28,7 @@ constexpr char kSdkTag[] = "com.vantu.is.sdk.camera.package";
 class GateExtension : public android::CameraServiceExtImpl {
 public:
     void useManager(const sp<android::AuthAppManager>& manager) { mAuthAppManager = manager; }
-    void setPackage(const char* package) { mCurrentPackageName = String8(package); }
+    void setPackage(const char* package) { storeCurrentPackageName(String8(package)); }
     void addMetaStream(int cameraId, bool disabled, int32_t countdown) {
         android::MetaStreamInfo info;
         info.mDisabled = disabled;

@@ -27,7 +27,7 @@ constexpr char kResultTag[] = "com.vantu.aps.result.data";
 
 class CaptureExtension : public android::CameraServiceExtImpl {
 public:
-    void setPackage(const char* package) { mCurrentPackageName = android::String8(package); }
+    void setPackage(const char* package) { storeCurrentPackageName(android::String8(package)); }
     void setAeAfDebug(bool on) { mAeAfDebug = on; }
     void setVendorId(uint64_t id) { mVendorId = id; }
     bool hasMetaRecord(int cameraId) const { return mMetaStreamInfos.indexOfKey(cameraId) >= 0; }

@@ -30,7 +30,7 @@ constexpr char kDeviceStateTag[] = "com.vantu.device.state";
 // The extension with the client state a connect would have left.
 class RequestExtension : public android::CameraServiceExtImpl {
 public:
-    void setPackage(const char* package) { mCurrentPackageName = String8(package); }
+    void setPackage(const char* package) { storeCurrentPackageName(String8(package)); }
     void setLastAfTrigger(uint8_t trigger) { mLastAFtrigger = trigger; }
     uint8_t lastAfTrigger() const { return mLastAFtrigger; }
     void setCamera(int id) { mLastCameraId = id; }
