@@ -226,7 +226,10 @@ private:
         const size_t start = mPos;
         bool isDouble = false;
         if (peek() == '-') advance();
-        if (!isdigit(static_cast<unsigned char>(peek()))) {
+        // After a minus sign json-c also takes a fraction without its integer part: "-.5".
+        const bool bareFraction = peek() == '.' && mPos + 1 < mText.size() &&
+                                  isdigit(static_cast<unsigned char>(mText[mPos + 1]));
+        if (!bareFraction && !isdigit(static_cast<unsigned char>(peek()))) {
             // "-Infinity" and "-NaN" are doubles to json-c.
             if (!literal(node)) return false;
             if (node->kind != JsonNode::Kind::Double) return fail("a number was expected");

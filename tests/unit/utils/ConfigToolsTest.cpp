@@ -172,6 +172,16 @@ TEST_F(ConfigToolsTest, LintEndsALiteralWhereJsonCDoes) {
     EXPECT_NE(std::string::npos, r.out.find("text after the end of the document is ignored"));
 }
 
+// json-c reads "-.5" as a number; lint must read the same document.
+TEST_F(ConfigToolsTest, LintReadsAFractionWithoutItsIntegerPartAfterAMinus) {
+    const ToolRun r = camext("lint '" +
+                             file("{\"default\": {\"feature_fold_enable\": true},\n"
+                                  "\"com.example.app\": {\"some_double\": -.5}}") +
+                             "'");
+    EXPECT_EQ(std::string::npos, r.out.find("a value was expected")) << r.out << r.err;
+    EXPECT_EQ(std::string::npos, r.err.find("a value was expected")) << r.err;
+}
+
 TEST_F(ConfigToolsTest, LintExitsWithTwoOnFilesTheLibraryCannotLoad) {
     ToolRun r = camext("lint '" + scratch.path() + "/absent.json'");
     EXPECT_EQ(2, r.status);
