@@ -231,10 +231,15 @@ public:
     bool returnMetaBuffer(int cameraId, int count);
 
 protected:
-    // Result thread: copies `result` into the camera's oldest meta buffer, stamped with
-    // `frameNumber`, and hands the buffer to the stream's consumer. Returns the copy's compact
-    // size (0 when nothing was copied). Called under mMetaStreamInfosLock.
-    size_t stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result, uint32_t frameNumber);
+    // Result thread, under mMetaStreamInfosLock and the record's lock: takes the oldest waiting
+    // meta buffer of `info`, or dequeues one when none waits. False when there is none.
+    bool takeMetaBufferLocked(MetaStreamInfo& info, camera3::camera_stream_buffer* buffer);
+    // Result thread, under mMetaStreamInfosLock: copies the locked result `source` into `buffer`,
+    // stamped with `frameNumber`, and hands the buffer to the stream's consumer at `sensorTime`.
+    // Returns the copy's compact size (0 when nothing was copied).
+    size_t fillMetaBuffer(MetaStreamInfo& info, camera3::camera_stream_buffer& buffer,
+                          const camera_metadata_t* source, nsecs_t sensorTime,
+                          uint32_t frameNumber);
 
 public:
     // ---- Result adjustment (CameraServiceExtImpl_Results.cpp) ----

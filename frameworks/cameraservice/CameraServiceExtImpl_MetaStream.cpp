@@ -230,32 +230,32 @@ void CameraServiceExtImpl::afterSendRequestsBatch(const camera_metadata* setting
     applyMotorRequestRules(settings, id);
 }
 
-size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult* result,
-                                             uint32_t frameNumber) {
+bool CameraServiceExtImpl::takeMetaBufferLocked(MetaStreamInfo& info,
+                                                camera3::camera_stream_buffer* buffer) {
     // Its lines belong to the hook it serves.
     static constexpr char kResultHook[] = "beforeMetadataSendToApp";
-    const sp<camera3::Camera3OutputStreamInterface>& stream = info.mMetaStream;
-    camera3::camera_stream_buffer buffer{};
-    bool haveBuffer = false;
-    {
-        std::lock_guard<std::mutex> lock(*info.mLock);
-        // A disabled record takes no further buffers; it stamps only what it already holds.
-        if (info.mMetaBufferList.empty() && info.mDisabled) return 0;
-        if (info.mMetaBufferList.empty()) {
-            if (EXT_LOG_ON()) EXT_LOG(1, "%s: mMetaBufferList is empty, try get one", kResultHook);
-            const status_t res = stream->getBuffer(&buffer, kMetaBufferWaitNs);
-            if (res != OK) {
-                EXT_LOG(0, "%s: get meta buf error! %d", kResultHook, res);
-            } else {
-                haveBuffer = true;
-            }
-        } else {
-            buffer = info.mMetaBufferList.front();
-            info.mMetaBufferList.pop_front();
-            haveBuffer = true;
-        }
+    if (!info.mMetaBufferList.empty()) {
+        *buffer = info.mMetaBufferList.front();
+        info.mMetaBufferList.pop_front();
+        return true;
     }
-    if (!haveBuffer) return 0;
+    // A disabled record takes no further buffers; it stamps only what it already holds.
+    if (info.mDisabled) return false;
+    if (EXT_LOG_ON()) EXT_LOG(1, "%s: mMetaBufferList is empty, try get one", kResultHook);
+    const status_t res = info.mMetaStream->getBuffer(buffer, kMetaBufferWaitNs);
+    if (res != OK) {
+        EXT_LOG(0, "%s: get meta buf error! %d", kResultHook, res);
+        return false;
+    }
+    return true;
+}
+
+size_t CameraServiceExtImpl::fillMetaBuffer(MetaStreamInfo& info,
+                                            camera3::camera_stream_buffer& buffer,
+                                            const camera_metadata_t* source, nsecs_t sensorTime,
+                                            uint32_t frameNumber) {
+    static constexpr char kResultHook[] = "beforeMetadataSendToApp";
+    const sp<camera3::Camera3OutputStreamInterface>& stream = info.mMetaStream;
 
     const uint32_t width = stream->getWidth();
     const uint32_t height = stream->getHeight();
@@ -282,9 +282,7 @@ size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult
         EXT_LOG(0, "%s: lock meta buf error!", kResultHook);
     } else {
         const size_t capacity = static_cast<size_t>(width) * height * 3 / 2;
-        const camera_metadata_t* source = result->mMetadata.getAndLock();
-        camera_metadata_t* copy =
-            source != nullptr ? copy_camera_metadata(address, capacity, source) : nullptr;
+        camera_metadata_t* copy = copy_camera_metadata(address, capacity, source);
         if (copy == nullptr) {
             EXT_LOG(0, "%s: copy meta buf error!", kResultHook);
         } else {
@@ -299,16 +297,11 @@ size_t CameraServiceExtImpl::stampMetaBuffer(MetaStreamInfo& info, CaptureResult
             }
         }
         AHardwareBuffer_unlock(hardwareBuffer, nullptr);
-        result->mMetadata.unlock(source);
     }
     if (hardwareBuffer != nullptr) AHardwareBuffer_release(hardwareBuffer);
 
     // The filled buffer goes to the app that consumes the meta stream, at the result's sensor
     // time; one that could not be filled goes back marked as an error.
-    const camera_metadata_ro_entry_t timestamp =
-        static_cast<const CameraMetadata&>(result->mMetadata).find(ANDROID_SENSOR_TIMESTAMP);
-    const nsecs_t sensorTime =
-        timestamp.count > 0 && timestamp.type == TYPE_INT64 ? timestamp.data.i64[0] : 0;
     if (!stamped) buffer.status = camera3::CAMERA_BUFFER_STATUS_ERROR;
     stream->returnBuffer(buffer, sensorTime, sensorTime, true, {}, frameNumber);
     return size;

@@ -211,39 +211,64 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
     // The time spent only ever shows in a debug line: the clock is read while those are on.
     const bool timed = EXT_LOG_ON();
     const nsecs_t start = timed ? vantu::monotonicNs() : 0;
-    std::unique_lock<std::mutex> table(mMetaStreamInfosLock);
+    // Held to the end: `info` lives in the table, which a configuration or a disconnect on
+    // another thread may change.
+    std::lock_guard<std::mutex> table(mMetaStreamInfosLock);
     const ssize_t index = vantu::indexOfKey(mMetaStreamInfos, cameraIdToInt(states.cameraId));
     if (index < 0) return false;
     MetaStreamInfo& info = mMetaStreamInfos.editValueAt(index);
     if (info.mMetaStream == nullptr || info.mLock == nullptr) return false;
-    if (!result->mMetadata.exists(ANDROID_SENSOR_TIMESTAMP)) return false;
+
+    // One look-up of the sensor time serves both the check and the buffer's hand-over.
+    const camera_metadata_t* source = result->mMetadata.getAndLock();
+    camera_metadata_ro_entry_t timestamp{};
+    if (source == nullptr ||
+        find_camera_metadata_ro_entry(source, ANDROID_SENSOR_TIMESTAMP, &timestamp) != OK) {
+        result->mMetadata.unlock(source);
+        return false;
+    }
+    const nsecs_t sensorTime =
+        timestamp.count > 0 && timestamp.type == TYPE_INT64 ? timestamp.data.i64[0] : 0;
 
     if (mAPSRsultTag == 0) {
         uint32_t tag = 0;
         if (vantu::findVendorTag(kApsResultTag, mVendorId, &tag)) mAPSRsultTag = tag;
     }
-    const size_t size = stampMetaBuffer(info, result, frameNumber);
-    table.unlock();
+
+    // Whether the result is ready is settled in the same hold of the record's lock that
+    // takes the buffer: the in-flight map is the host's and the countdown changes only under the
+    // table lock held here, so the answer is the one it would be after the copy.
+    const ssize_t inflight = vantu::indexOfKey(states.inflightMap, frameNumber);
+    bool ready = false;
+    camera3::camera_stream_buffer buffer{};
+    bool haveBuffer = false;
+    {
+        std::lock_guard<std::mutex> lock(*info.mLock);
+        haveBuffer = takeMetaBufferLocked(info, &buffer);
+        if (inflight >= 0) {
+            const camera3::InFlightRequest& request = states.inflightMap.valueAt(inflight);
+            // The three in-flight flags that hold a result back are, in Android 13's
+            // InFlightRequest, `hasInputBuffer` (a reprocess request), `stillCapture` and
+            // `zslCapture`: only results of ordinary streaming frames are ready at once.
+            const bool heldBack =
+                request.hasInputBuffer || request.stillCapture || request.zslCapture;
+            if (heldBack || info.mCountdown > 0) {
+                if (info.mCountdown > 0) --info.mCountdown;
+            } else {
+                ready = true;
+            }
+        }
+    }
+    const size_t size =
+        haveBuffer ? fillMetaBuffer(info, buffer, source, sensorTime, frameNumber) : 0;
+    result->mMetadata.unlock(source);
     const nsecs_t elapsed = timed ? vantu::monotonicNs() - start : 0;
     if (timed && elapsed >= kSlowResultNs && EXT_LOG_ON()) {
         // The two figures are the milliseconds spent and the frame they were spent on.
         EXT_LOG(1, "%s, time cost : %d %d  size: %d", __func__, static_cast<int>(elapsed / 1000000),
                 static_cast<int>(frameNumber), static_cast<int>(size));
     }
-
-    const ssize_t inflight = vantu::indexOfKey(states.inflightMap, frameNumber);
-    if (inflight < 0) return false;
-    const camera3::InFlightRequest& request = states.inflightMap.valueAt(inflight);
-    // The three in-flight flags that hold a result back are, in Android 13's InFlightRequest,
-    // `hasInputBuffer` (a reprocess request), `stillCapture` and `zslCapture`: only results of
-    // ordinary streaming frames are ready at once.
-    const bool heldBack = request.hasInputBuffer || request.stillCapture || request.zslCapture;
-    std::lock_guard<std::mutex> lock(*info.mLock);
-    if (heldBack || info.mCountdown > 0) {
-        if (info.mCountdown > 0) --info.mCountdown;
-        return false;
-    }
-    return true;
+    return ready;
 }
 
 void CameraServiceExtImpl::printAeAfTriggerForDebug(const camera_metadata* request,
