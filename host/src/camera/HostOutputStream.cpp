@@ -210,20 +210,26 @@ std::vector<uint8_t> HostOutputStream::bufferContents(size_t index) const {
     return std::vector<uint8_t>(bytes, bytes + mBuffers[index].size);
 }
 
-void HostOutputStream::pushRecordLocked(const CallRecord& record) {
-    mCalls.push_back(record);
+void HostOutputStream::pushRecordLocked(const char* name, uint64_t frameNumber, status_t result,
+                                        CallRecord::Form form, bool error) {
+    CallRecord& record = mCalls.append();
+    record.name = name;
+    record.frameNumber = frameNumber;
+    record.result = result;
+    record.form = form;
+    record.error = error;
 }
 
 void HostOutputStream::recordLocked(const char* call) {
-    pushRecordLocked({call, 0, OK, CallRecord::kName, false});
+    pushRecordLocked(call, 0, OK, CallRecord::kName, false);
 }
 
 void HostOutputStream::recordLocked(const char* call, status_t result) {
-    pushRecordLocked({call, 0, result, CallRecord::kResult, false});
+    pushRecordLocked(call, 0, result, CallRecord::kResult, false);
 }
 
 void HostOutputStream::recordReturnLocked(uint64_t frameNumber, bool error) {
-    pushRecordLocked({"returnBuffer", frameNumber, OK, CallRecord::kReturnBuffer, error});
+    pushRecordLocked("returnBuffer", frameNumber, OK, CallRecord::kReturnBuffer, error);
 }
 
 // ---- Stream description -------------------------------------------------------------------
@@ -252,8 +258,10 @@ uint32_t HostOutputStream::getHeight() const {
     return mHeight;
 }
 
+// The format and data space are read without the stream lock, as Camera3Stream reads them:
+// they change only while the stream is being configured, through the HAL stream the
+// configuration hands out, which never takes that lock either.
 int HostOutputStream::getFormat() const {
-    std::lock_guard<std::mutex> lock(mLock);
     return mHalStream.format;
 }
 
@@ -263,7 +271,6 @@ int64_t HostOutputStream::getDynamicRangeProfile() const {
 }
 
 android_dataspace HostOutputStream::getDataSpace() const {
-    std::lock_guard<std::mutex> lock(mLock);
     return mHalStream.data_space;
 }
 

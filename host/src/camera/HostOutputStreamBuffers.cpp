@@ -182,7 +182,11 @@ status_t HostOutputStream::returnBuffer(const camera_stream_buffer& buffer, nsec
     // The consumer takes the buffer and releases it at once: it is free again, last in line.
     mFree.push_back(static_cast<size_t>(index));
     if (!error) mUnpreparable = true;
-    mDelivered.push_back({static_cast<size_t>(index), timestamp, frameNumber, error});
+    Delivered& delivered = mDelivered.append();
+    delivered.index = static_cast<size_t>(index);
+    delivered.timestamp = timestamp;
+    delivered.frameNumber = frameNumber;
+    delivered.error = error;
     recordReturnLocked(frameNumber, error);
     markActivityLocked();
     mBufferReturned.notify_all();

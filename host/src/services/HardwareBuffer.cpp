@@ -188,7 +188,17 @@ void AHardwareBuffer_acquire(AHardwareBuffer* buffer) {
 
 void AHardwareBuffer_release(AHardwareBuffer* buffer) {
     if (buffer == nullptr) return;
-    // Under the registry lock, so that createFromHandle never revives a buffer being freed.
+    // Dropping a reference that is not the last needs no lock: createFromHandle adds references
+    // only under the registry lock, to buffers that still have one.
+    int32_t refs = buffer->refs.load(std::memory_order_relaxed);
+    while (refs > 1) {
+        if (buffer->refs.compare_exchange_weak(refs, refs - 1, std::memory_order_acq_rel,
+                                               std::memory_order_relaxed)) {
+            return;
+        }
+    }
+    // The last reference goes under the registry lock, so that createFromHandle never revives a
+    // buffer being freed.
     {
         std::lock_guard<std::mutex> g(gRegistryLock);
         if (buffer->refs.fetch_sub(1, std::memory_order_acq_rel) != 1) return;

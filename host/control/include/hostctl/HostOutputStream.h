@@ -30,14 +30,17 @@ namespace hostctl {
 template <typename T, size_t Capacity>
 class RecordRing {
 public:
-    void push_back(const T& value) {
+    // The slot of a new record, for the caller to fill field by field: a record built on the
+    // stack and copied in whole would be read back wider than it was written, which stalls.
+    T& append() {
         ++mTotal;
         if (mItems.size() < Capacity) {
-            mItems.push_back(value);
-            return;
+            mItems.emplace_back();
+            return mItems.back();
         }
-        mItems[mOldest] = value;
+        T& slot = mItems[mOldest];
         mOldest = (mOldest + 1) % Capacity;
+        return slot;
     }
     void clear() {
         mItems.clear();
@@ -237,7 +240,8 @@ private:
     void recordLocked(const char* call);
     void recordLocked(const char* call, android::status_t result);
     void recordReturnLocked(uint64_t frameNumber, bool error);
-    void pushRecordLocked(const CallRecord& record);
+    void pushRecordLocked(const char* name, uint64_t frameNumber, android::status_t result,
+                          CallRecord::Form form, bool error);
     bool configuredLocked() const { return mState == CONFIGURED; }
     android::status_t allocateBuffersLocked(uint32_t count);
     // Moves every buffer out of the queue into `retired`, to be released without the lock.
