@@ -41,18 +41,20 @@ void setBytes(Parcel* p, const std::vector<uint8_t>& b) {
 
 }  // namespace
 
+// No exception is one zero word.
 TEST(ParcelWire, FixedSizeItemsAreLittleEndianAndBoolIsInt32) {
     Parcel p;
+    p.writeNoException();
     p.writeInt32(-2);
     p.writeBool(true);
     p.writeBool(false);
     p.writeInt64(0x0102030405060708LL);
     p.writeByte(-1);
-    EXPECT_EQ(concat(words({0xfffffffe, 1, 0, 0x05060708, 0x01020304}), words({0xffffffff})),
+    EXPECT_EQ(concat(words({0, 0xfffffffe, 1, 0, 0x05060708}), words({0x01020304, 0xffffffff})),
               bytes(p));
 }
 
-TEST(ParcelWire, String16IsLengthUnitsTerminatorAndZeroPadding) {
+TEST(ParcelWire, StringsAreLengthUnitsTerminatorAndZeroPadding) {
     Parcel odd;
     odd.writeString16(String16("abc"));  // 3 units + NUL = 8 bytes, no padding
     EXPECT_EQ(concat(words({3}), {'a', 0, 'b', 0, 'c', 0, 0, 0}), bytes(odd));
@@ -69,12 +71,10 @@ TEST(ParcelWire, String16IsLengthUnitsTerminatorAndZeroPadding) {
     null.writeString16(std::optional<String16>());
     null.writeString16(nullptr, 0);
     EXPECT_EQ(words({0xffffffff, 0xffffffff}), bytes(null));
-}
 
-TEST(ParcelWire, String8IsLengthBytesNulAndPadding) {
-    Parcel p;
-    p.writeString8(String8("abcd"));
-    EXPECT_EQ(concat(words({4}), {'a', 'b', 'c', 'd', 0, 0, 0, 0}), bytes(p));
+    Parcel eight;  // String8: length, bytes, NUL and padding
+    eight.writeString8(String8("abcd"));
+    EXPECT_EQ(concat(words({4}), {'a', 'b', 'c', 'd', 0, 0, 0, 0}), bytes(eight));
 }
 
 TEST(ParcelWire, InterfaceTokenMatchesAndroid) {
@@ -88,13 +88,6 @@ TEST(ParcelWire, InterfaceTokenMatchesAndroid) {
     expected.insert(expected.end(), {0, 0});  // terminator; 46 + 2 bytes need no padding
     EXPECT_EQ(expected, bytes(p));
     EXPECT_EQ(64u, p.dataSize());
-}
-
-TEST(ParcelWire, NoExceptionIsOneZeroWord) {
-    Parcel p;
-    p.writeNoException();
-    p.writeBool(true);
-    EXPECT_EQ(words({0, 1}), bytes(p));
 }
 
 TEST(ParcelWire, StrongBinderIsFlatObjectAndStability) {
