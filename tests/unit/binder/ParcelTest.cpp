@@ -90,19 +90,32 @@ TEST(ParcelWire, InterfaceTokenMatchesAndroid) {
     EXPECT_EQ(64u, p.dataSize());
 }
 
-TEST(ParcelWire, StrongBinderIsFlatObjectAndStability) {
+TEST(ParcelWire, StrongBinderIsFlatObjectAndStabilityAndReadsBackAsTheSameObject) {
     Parcel p;
     sp<IBinder> local = new BBinder();
+    p.writeInt32(7);
     ASSERT_EQ(OK, p.writeStrongBinder(local));
     ASSERT_EQ(OK, p.writeStrongBinder(sp<IBinder>()));
-    ASSERT_EQ(56u, p.dataSize());
+    p.writeInt32(8);
+    ASSERT_EQ(4u + 56u + 4u, p.dataSize());
     EXPECT_EQ(1u, p.objectsCount());  // the null binder takes no table entry
     uint32_t type = 0;
-    std::memcpy(&type, p.data(), 4);
+    std::memcpy(&type, p.data() + 4, 4);
     EXPECT_EQ(0x73622a85u, type);  // BINDER_TYPE_BINDER
     // The null record: type BINDER, scheduling bits only, no binder, no cookie, stability 0.
     EXPECT_EQ(words({0x73622a85, 0x13, 0, 0, 0, 0, 0}),
-              std::vector<uint8_t>(p.data() + 28, p.data() + 56));
+              std::vector<uint8_t>(p.data() + 32, p.data() + 60));
+
+    p.setDataPosition(0);
+    EXPECT_EQ(7, p.readInt32());
+    EXPECT_EQ(local, p.readStrongBinder());
+    sp<IBinder> null = local;
+    EXPECT_EQ(OK, p.readNullableStrongBinder(&null));
+    EXPECT_EQ(nullptr, null);
+    EXPECT_EQ(8, p.readInt32());
+    p.setDataPosition(4 + 28);
+    sp<IBinder> required;
+    EXPECT_EQ(android::UNEXPECTED_NULL, p.readStrongBinder(&required));
 }
 
 TEST(ParcelRoundTrip, EveryScalarAndStringReadsBackAsWritten) {
@@ -156,26 +169,6 @@ TEST(ParcelRoundTrip, VectorsAndNullVectors) {
     EXPECT_EQ(String16("bc"), strs[1]);
     EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), raw);
     EXPECT_EQ(android::UNEXPECTED_NULL, p.readInt32Vector(&ints));
-}
-
-TEST(ParcelRoundTrip, StrongBinderComesBackAsTheSameObject) {
-    Parcel p;
-    sp<IBinder> local = new BBinder();
-    p.writeInt32(7);
-    p.writeStrongBinder(local);
-    p.writeStrongBinder(sp<IBinder>());
-    p.writeInt32(8);
-    p.setDataPosition(0);
-    EXPECT_EQ(7, p.readInt32());
-    EXPECT_EQ(local, p.readStrongBinder());
-    sp<IBinder> null = local;
-    EXPECT_EQ(OK, p.readNullableStrongBinder(&null));
-    EXPECT_EQ(nullptr, null);
-    EXPECT_EQ(8, p.readInt32());
-
-    p.setDataPosition(4 + 28);
-    sp<IBinder> required;
-    EXPECT_EQ(android::UNEXPECTED_NULL, p.readStrongBinder(&required));
 }
 
 TEST(ParcelRoundTrip, BlobInPlaceSurvivesTrailerWrites) {
