@@ -152,6 +152,9 @@ TEST_F(ConfigToolsTest, LintReadsAFractionWithoutItsIntegerPartAfterAMinus) {
                              file("{\"default\": {\"feature_fold_enable\": true},\n"
                                   "\"com.example.app\": {\"some_double\": -.5}}") +
                              "'");
+    // Read through to the value: its key is reported, and nothing is refused.
+    EXPECT_EQ(0, r.status) << r.out << r.err;
+    EXPECT_NE(std::string::npos, r.out.find(":2: warning: unknown key \"some_double\"")) << r.out;
     EXPECT_EQ(std::string::npos, r.out.find("a value was expected")) << r.out << r.err;
     EXPECT_EQ(std::string::npos, r.err.find("a value was expected")) << r.err;
 }
