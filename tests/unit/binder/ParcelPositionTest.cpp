@@ -20,41 +20,36 @@ void setWords(Parcel* p, const std::vector<uint32_t>& words) {
     p->setDataPosition(0);
 }
 
-TEST(ParcelPosition, StringWithoutTerminatorIsSkippedWhole) {
-    // Length 1, units 'A' 'A' where the terminator belongs, then 7.
-    Parcel p;
-    setWords(&p, {1, 0x00410041, 7});
-    String16 s;
-    EXPECT_EQ(android::UNEXPECTED_NULL, p.readString16(&s));
-    EXPECT_EQ(8u, p.dataPosition());
-    EXPECT_EQ(7, p.readInt32());
-}
-
-TEST(ParcelPosition, StringLongerThanTheDataLeavesOnlyItsLengthRead) {
-    Parcel p;
-    setWords(&p, {10, 0x00000041});
-    size_t len = 99;
-    EXPECT_EQ(nullptr, p.readString16Inplace(&len));
-    EXPECT_EQ(0u, len);
-    EXPECT_EQ(4u, p.dataPosition());
-    EXPECT_EQ(0x41, p.readInt32());
-}
-
-TEST(ParcelPosition, NegativeLengthOtherThanNullLeavesItsLengthRead) {
-    Parcel p;
-    setWords(&p, {0xfffffff0, 5});
-    EXPECT_EQ(String16(), p.readString16());
-    EXPECT_EQ(4u, p.dataPosition());
-    EXPECT_EQ(5, p.readInt32());
-}
-
-TEST(ParcelPosition, MalformedString8IsSkippedWhole) {
-    Parcel p;
-    setWords(&p, {3, 0x41414141, 9});
-    android::String8 s;
-    EXPECT_EQ(android::UNEXPECTED_NULL, p.readString8(&s));
-    EXPECT_EQ(8u, p.dataPosition());
-    EXPECT_EQ(9, p.readInt32());
+// A malformed string is skipped whole when its length fits the data, and otherwise only its
+// length is read; either way the next item reads as on a phone.
+TEST(ParcelPosition, MalformedStringsLeaveTheNextItemWhereLibbinderDoes) {
+    struct {
+        const char* what;
+        std::vector<uint32_t> words;
+        bool string8;
+        size_t position;  // after the failed read
+        int32_t next;
+    } cases[] = {
+        {"String16 with 'A' where the terminator belongs", {1, 0x00410041, 7}, false, 8, 7},
+        {"String16 longer than the data", {10, 0x00000041}, false, 4, 0x41},
+        {"String16 of a negative length other than null", {0xfffffff0, 5}, false, 4, 5},
+        {"String8 without its terminator", {3, 0x41414141, 9}, true, 8, 9},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        Parcel p;
+        setWords(&p, c.words);
+        if (c.string8) {
+            android::String8 s;
+            EXPECT_EQ(android::UNEXPECTED_NULL, p.readString8(&s));
+        } else {
+            size_t len = 99;
+            EXPECT_EQ(nullptr, p.readString16Inplace(&len));
+            EXPECT_EQ(0u, len);
+        }
+        EXPECT_EQ(c.position, p.dataPosition());
+        EXPECT_EQ(c.next, p.readInt32());
+    }
 }
 
 TEST(ParcelPosition, RefusedReadOverABinderStillMovesPastIt) {

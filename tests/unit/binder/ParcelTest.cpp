@@ -41,18 +41,20 @@ void setBytes(Parcel* p, const std::vector<uint8_t>& b) {
 
 }  // namespace
 
+// No exception is one zero word.
 TEST(ParcelWire, FixedSizeItemsAreLittleEndianAndBoolIsInt32) {
     Parcel p;
+    p.writeNoException();
     p.writeInt32(-2);
     p.writeBool(true);
     p.writeBool(false);
     p.writeInt64(0x0102030405060708LL);
     p.writeByte(-1);
-    EXPECT_EQ(concat(words({0xfffffffe, 1, 0, 0x05060708, 0x01020304}), words({0xffffffff})),
+    EXPECT_EQ(concat(words({0, 0xfffffffe, 1, 0, 0x05060708}), words({0x01020304, 0xffffffff})),
               bytes(p));
 }
 
-TEST(ParcelWire, String16IsLengthUnitsTerminatorAndZeroPadding) {
+TEST(ParcelWire, StringsAreLengthUnitsTerminatorAndZeroPadding) {
     Parcel odd;
     odd.writeString16(String16("abc"));  // 3 units + NUL = 8 bytes, no padding
     EXPECT_EQ(concat(words({3}), {'a', 0, 'b', 0, 'c', 0, 0, 0}), bytes(odd));
@@ -69,12 +71,10 @@ TEST(ParcelWire, String16IsLengthUnitsTerminatorAndZeroPadding) {
     null.writeString16(std::optional<String16>());
     null.writeString16(nullptr, 0);
     EXPECT_EQ(words({0xffffffff, 0xffffffff}), bytes(null));
-}
 
-TEST(ParcelWire, String8IsLengthBytesNulAndPadding) {
-    Parcel p;
-    p.writeString8(String8("abcd"));
-    EXPECT_EQ(concat(words({4}), {'a', 'b', 'c', 'd', 0, 0, 0, 0}), bytes(p));
+    Parcel eight;  // String8: length, bytes, NUL and padding
+    eight.writeString8(String8("abcd"));
+    EXPECT_EQ(concat(words({4}), {'a', 'b', 'c', 'd', 0, 0, 0, 0}), bytes(eight));
 }
 
 TEST(ParcelWire, InterfaceTokenMatchesAndroid) {
@@ -90,26 +90,32 @@ TEST(ParcelWire, InterfaceTokenMatchesAndroid) {
     EXPECT_EQ(64u, p.dataSize());
 }
 
-TEST(ParcelWire, NoExceptionIsOneZeroWord) {
-    Parcel p;
-    p.writeNoException();
-    p.writeBool(true);
-    EXPECT_EQ(words({0, 1}), bytes(p));
-}
-
-TEST(ParcelWire, StrongBinderIsFlatObjectAndStability) {
+TEST(ParcelWire, StrongBinderIsFlatObjectAndStabilityAndReadsBackAsTheSameObject) {
     Parcel p;
     sp<IBinder> local = new BBinder();
+    p.writeInt32(7);
     ASSERT_EQ(OK, p.writeStrongBinder(local));
     ASSERT_EQ(OK, p.writeStrongBinder(sp<IBinder>()));
-    ASSERT_EQ(56u, p.dataSize());
+    p.writeInt32(8);
+    ASSERT_EQ(4u + 56u + 4u, p.dataSize());
     EXPECT_EQ(1u, p.objectsCount());  // the null binder takes no table entry
     uint32_t type = 0;
-    std::memcpy(&type, p.data(), 4);
+    std::memcpy(&type, p.data() + 4, 4);
     EXPECT_EQ(0x73622a85u, type);  // BINDER_TYPE_BINDER
     // The null record: type BINDER, scheduling bits only, no binder, no cookie, stability 0.
     EXPECT_EQ(words({0x73622a85, 0x13, 0, 0, 0, 0, 0}),
-              std::vector<uint8_t>(p.data() + 28, p.data() + 56));
+              std::vector<uint8_t>(p.data() + 32, p.data() + 60));
+
+    p.setDataPosition(0);
+    EXPECT_EQ(7, p.readInt32());
+    EXPECT_EQ(local, p.readStrongBinder());
+    sp<IBinder> null = local;
+    EXPECT_EQ(OK, p.readNullableStrongBinder(&null));
+    EXPECT_EQ(nullptr, null);
+    EXPECT_EQ(8, p.readInt32());
+    p.setDataPosition(4 + 28);
+    sp<IBinder> required;
+    EXPECT_EQ(android::UNEXPECTED_NULL, p.readStrongBinder(&required));
 }
 
 TEST(ParcelRoundTrip, EveryScalarAndStringReadsBackAsWritten) {
@@ -163,26 +169,6 @@ TEST(ParcelRoundTrip, VectorsAndNullVectors) {
     EXPECT_EQ(String16("bc"), strs[1]);
     EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), raw);
     EXPECT_EQ(android::UNEXPECTED_NULL, p.readInt32Vector(&ints));
-}
-
-TEST(ParcelRoundTrip, StrongBinderComesBackAsTheSameObject) {
-    Parcel p;
-    sp<IBinder> local = new BBinder();
-    p.writeInt32(7);
-    p.writeStrongBinder(local);
-    p.writeStrongBinder(sp<IBinder>());
-    p.writeInt32(8);
-    p.setDataPosition(0);
-    EXPECT_EQ(7, p.readInt32());
-    EXPECT_EQ(local, p.readStrongBinder());
-    sp<IBinder> null = local;
-    EXPECT_EQ(OK, p.readNullableStrongBinder(&null));
-    EXPECT_EQ(nullptr, null);
-    EXPECT_EQ(8, p.readInt32());
-
-    p.setDataPosition(4 + 28);
-    sp<IBinder> required;
-    EXPECT_EQ(android::UNEXPECTED_NULL, p.readStrongBinder(&required));
 }
 
 TEST(ParcelRoundTrip, BlobInPlaceSurvivesTrailerWrites) {

@@ -30,30 +30,19 @@ TEST(EnforceInterface, AcceptsItsOwnTokenAndLeavesThePayloadNext) {
     EXPECT_TRUE(p.enforceInterface(kCamera.string(), kCamera.size()));
 }
 
-TEST(EnforceInterface, RefusesAnotherDescriptor) {
-    Parcel p;
-    p.writeInterfaceToken(String16("android.hardware.camerb"));
-    p.setDataPosition(0);
-    EXPECT_FALSE(p.enforceInterface(kCamera));
-
-    // Same prefix, different length.
-    Parcel shorter;
-    shorter.writeInterfaceToken(String16("android.hardware"));
-    shorter.setDataPosition(0);
-    EXPECT_FALSE(shorter.enforceInterface(kCamera));
-}
-
-TEST(EnforceInterface, RefusesAWrongHeaderWord) {
-    Parcel p;
-    p.writeInt32(0);
-    p.writeInt32(-1);
-    p.writeInt32(0x564E4452);  // 'VNDR': a vendor-built libbinder
-    p.writeString16(kCamera);
-    p.setDataPosition(0);
-    EXPECT_FALSE(p.enforceInterface(kCamera));
-}
-
-TEST(EnforceInterface, RefusesTruncatedAndMissingTokens) {
+TEST(EnforceInterface, RefusesOtherWrongTruncatedAndMissingTokens) {
+    Parcel refused[4];
+    refused[0].writeInterfaceToken(String16("android.hardware.camerb"));
+    refused[1].writeInterfaceToken(String16("android.hardware"));  // same prefix, shorter
+    refused[2].writeInt32(0);
+    refused[2].writeInt32(-1);
+    refused[2].writeInt32(0x564E4452);  // 'VNDR': a vendor-built libbinder
+    refused[2].writeString16(kCamera);
+    refused[3].writeString16(String16("com.example.app"));  // only the payload, no token
+    for (size_t i = 0; i < 4; ++i) {
+        refused[i].setDataPosition(0);
+        EXPECT_FALSE(refused[i].enforceInterface(kCamera)) << "parcel " << i;
+    }
     Parcel full;
     full.writeInterfaceToken(kCamera);
     for (size_t cut : {size_t(0), size_t(8), size_t(12), size_t(20), full.dataSize() - 4}) {
@@ -61,11 +50,6 @@ TEST(EnforceInterface, RefusesTruncatedAndMissingTokens) {
         p.setData(full.data(), cut);
         EXPECT_FALSE(p.enforceInterface(kCamera)) << "cut at " << cut;
     }
-    // A caller that wrote only the payload (no token at all).
-    Parcel bare;
-    bare.writeString16(String16("com.example.app"));
-    bare.setDataPosition(0);
-    EXPECT_FALSE(bare.enforceInterface(kCamera));
 }
 
 TEST(EnforceInterface, TakesTheCallersStrictModePolicyUnlessOneWay) {

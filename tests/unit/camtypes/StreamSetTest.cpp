@@ -17,27 +17,17 @@ sp<Camera3OutputStreamInterface> stream(int id) {
     return new HostOutputStream(id, 640, 480, HAL_PIXEL_FORMAT_YCBCR_420_888);
 }
 
-TEST(StreamSet, AddReturnsThePositionInIdOrderNotOk) {
+// add() answers the position in id order, not OK; an existing id has its stream replaced.
+TEST(StreamSet, AddKeepsIdOrderReplacesAndRefusesNull) {
     StreamSet set;
     EXPECT_EQ(0, set.add(5, stream(5)));
     EXPECT_EQ(0, set.add(1, stream(1)));  // goes before 5
     EXPECT_EQ(1, set.add(3, stream(3)));
-    EXPECT_EQ((std::vector<int>{1, 3, 5}), set.getStreamIds());
-}
-
-TEST(StreamSet, AddingAnExistingIdReplacesItsStream) {
-    StreamSet set;
-    set.add(1, stream(1));
     sp<Camera3OutputStreamInterface> replacement = stream(1);
     EXPECT_EQ(0, set.add(1, replacement));
-    EXPECT_EQ(1u, set.size());
-    EXPECT_EQ(replacement, set.get(1));
-}
-
-TEST(StreamSet, NullStreamIsRefused) {
-    StreamSet set;
     EXPECT_EQ(android::BAD_VALUE, set.add(2, nullptr));
-    EXPECT_EQ(0u, set.size());
+    EXPECT_EQ((std::vector<int>{1, 3, 5}), set.getStreamIds());
+    EXPECT_EQ(replacement, set.get(1));
 }
 
 TEST(StreamSet, RemoveReportsThePositionOrNotFound) {

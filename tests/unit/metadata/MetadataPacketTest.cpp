@@ -132,41 +132,33 @@ TEST(MetadataLayout, HeaderAndSizesFollowTheWireFormat) {
     EXPECT_EQ(get_camera_metadata_alignment(), 8u);
 }
 
-TEST(MetadataLayout, SmallPayloadsLiveInTheEntryRecord) {
-    Packet m = allocate(2, 64);
+// Payloads of up to four bytes live in the entry record; larger ones go to the data area, each
+// padded to eight bytes.
+TEST(MetadataLayout, SmallPayloadsLiveInTheEntryRecordOthersArePadded) {
+    Packet m = allocate(3, 64);
     int32_t orientation = 0x01020304;
     ASSERT_EQ(add_camera_metadata_entry(m.get(), ANDROID_JPEG_ORIENTATION, &orientation, 1), 0);
+    uint8_t five[5] = {1, 2, 3, 4, 5};
+    ASSERT_EQ(add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_AVAILABLE_MODES, five, 5), 0);
     int64_t range[2] = {100000, 2000000000};
     ASSERT_EQ(add_camera_metadata_entry(m.get(), ANDROID_SENSOR_INFO_EXPOSURE_TIME_RANGE, range, 2),
               0);
-
-    uint8_t* inlineRecord = entryRecord(m.get(), 0);
-    int32_t stored;
-    memcpy(&stored, inlineRecord + 8, sizeof(stored));
-    EXPECT_EQ(stored, orientation);
-    EXPECT_EQ(inlineRecord[12], TYPE_INT32);
-
-    uint8_t* outOfLine = entryRecord(m.get(), 1);
-    uint32_t offset;
-    memcpy(&offset, outOfLine + 8, sizeof(offset));
-    EXPECT_EQ(offset, 0u);
-    EXPECT_EQ(get_camera_metadata_data_count(m.get()), 16u);
-    int64_t first;
-    memcpy(&first, reinterpret_cast<uint8_t*>(m.get()) + headerWord(m.get(), 32), sizeof(first));
-    EXPECT_EQ(first, range[0]);
-}
-
-TEST(MetadataLayout, OutOfLinePayloadsArePaddedToEightBytes) {
-    Packet m = allocate(2, 64);
-    uint8_t five[5] = {1, 2, 3, 4, 5};
-    ASSERT_EQ(add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_AVAILABLE_MODES, five, 5), 0);
-    ASSERT_EQ(add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AF_AVAILABLE_MODES, five, 5), 0);
     EXPECT_EQ(calculate_camera_metadata_entry_data_size(TYPE_BYTE, 5), 8u);
     EXPECT_EQ(calculate_camera_metadata_entry_data_size(TYPE_INT32, 1), 0u);
-    EXPECT_EQ(get_camera_metadata_data_count(m.get()), 16u);
-    uint32_t secondOffset;
-    memcpy(&secondOffset, entryRecord(m.get(), 1) + 8, sizeof(secondOffset));
-    EXPECT_EQ(secondOffset, 8u);
+    EXPECT_EQ(get_camera_metadata_data_count(m.get()), 8u + 16u);
+
+    int32_t stored;
+    memcpy(&stored, entryRecord(m.get(), 0) + 8, sizeof(stored));
+    EXPECT_EQ(stored, orientation);
+    EXPECT_EQ(entryRecord(m.get(), 0)[12], TYPE_INT32);
+    uint32_t offsets[2];
+    memcpy(&offsets[0], entryRecord(m.get(), 1) + 8, sizeof(offsets[0]));
+    memcpy(&offsets[1], entryRecord(m.get(), 2) + 8, sizeof(offsets[1]));
+    EXPECT_EQ(offsets[0], 0u);
+    EXPECT_EQ(offsets[1], 8u);
+    int64_t first;
+    memcpy(&first, reinterpret_cast<uint8_t*>(m.get()) + headerWord(m.get(), 32) + 8, sizeof(first));
+    EXPECT_EQ(first, range[0]);
 }
 
 TEST(MetadataEntries, FullPacketsRefuseMore) {

@@ -39,29 +39,6 @@ TEST(SimulatorMetadataExpectations, StringStandsForTheBytesOfAByteTag) {
     EXPECT_TRUE(lineWith(r.out, {"\"com.whatsap\"", "| \"com.whatsapp\""})) << r.out;
 }
 
-TEST(SimulatorMetadataExpectations, UnknownTagOrWrongTypeIsAMalformedFile) {
-    struct Case {
-        const char* text;
-        const char* where;
-    } cases[] = {
-        {R"({"steps": [{"request": {"camera": "0", "settings": {"android.control.aeMod": 1}}}]})",
-         "steps[0].request.settings[\"android.control.aeMod\"]: unknown tag"},
-        {R"({"steps": [{"request": {"camera": "0", "settings": {"android.control.aeMode": 1.5}}}]})",
-         "a byte tag takes integers"},
-        {R"({"steps": [{"request": {"camera": "0", "settings": {"android.control.aeMode": 1}},
-                 "expect": {"metadata": {"com.vantu.no.such.tag": 1}}}]})",
-         "steps[0].expect.metadata[\"com.vantu.no.such.tag\"]: unknown vendor tag"},
-        {R"({"device": {"vendor_tags": ["com.vantu.device.stat"]}, "steps": []})",
-         "device.vendor_tags[0]: unknown vendor tag"},
-    };
-    for (const auto& c : cases) {
-        TempScenario file(c.text);
-        CamextRun r = camext("run " + file.path());
-        EXPECT_EQ(2, r.status) << c.text << "\n" << r.out;
-        EXPECT_TRUE(contains(r.out, c.where)) << c.text << "\n" << r.out;
-    }
-}
-
 TEST(SimulatorMetadataExpectations, VendorTagsLeftOutOfTheDeviceCannotBeWritten) {
     TempScenario file(R"({"device": {"vendor_tags": []}, "steps": [{
         "hook": "parseResult", "args": {"metadata": {"com.vantu.device.state": 1}}}]})");

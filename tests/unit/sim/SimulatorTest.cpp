@@ -58,6 +58,16 @@ TEST(SimulatorMalformedFiles, ExitTwoNamingTheJsonPath) {
         {R"({"steps": [{"schedule": {"after_ms": 5, "step": {"advance_clock": {"ms": -1}}}}]})",
          "steps[0].schedule.step.advance_clock.ms: must not be negative"},
         {"{\"steps\": [\n  {\"close\": {\"camera\": \"0\"}},\n]}", "line 3"},
+        // Metadata names and values are checked against the tags' types.
+        {R"({"steps": [{"request": {"camera": "0", "settings": {"android.control.aeMod": 1}}}]})",
+         "steps[0].request.settings[\"android.control.aeMod\"]: unknown tag"},
+        {R"({"steps": [{"request": {"camera": "0", "settings": {"android.control.aeMode": 1.5}}}]})",
+         "a byte tag takes integers"},
+        {R"({"steps": [{"request": {"camera": "0", "settings": {"android.control.aeMode": 1}},
+                 "expect": {"metadata": {"com.vantu.no.such.tag": 1}}}]})",
+         "steps[0].expect.metadata[\"com.vantu.no.such.tag\"]: unknown vendor tag"},
+        {R"({"device": {"vendor_tags": ["com.vantu.device.stat"]}, "steps": []})",
+         "device.vendor_tags[0]: unknown vendor tag"},
     };
     for (const auto& c : cases) {
         TempScenario file(c.text);

@@ -69,16 +69,12 @@ protected:
     testsupport::TempDeviceRoot root;
 };
 
-TEST_F(JsonParserTest, DefaultSectionAnswersEveryPackage) {
+TEST_F(JsonParserTest, AppSectionOverridesDefaultKeyByKeyOnlyForThatApp) {
     sp<JsonParser> p = load(kConfig);
     EXPECT_TRUE(p->getBool("feature_cts_enable", "com.unknown.app", false));
     EXPECT_EQ(30, p->getInt("maxFps", "com.whatsapp", 0));
     EXPECT_EQ(30, p->getInt("maxFps", "default", 0));
     EXPECT_EQ(30, p->getInt("maxFps", nullptr, 0)) << "a null package is the default section";
-}
-
-TEST_F(JsonParserTest, AppSectionOverridesOnlyForThatApp) {
-    sp<JsonParser> p = load(kConfig);
     EXPECT_TRUE(p->getBool("feature_fold_enable", "com.tencent.mm", false));
     EXPECT_FALSE(p->getBool("feature_fold_enable", "com.whatsapp", true));
     EXPECT_EQ(24, p->getInt("maxFps", "com.tencent.mm", 0));
@@ -103,7 +99,8 @@ TEST_F(JsonParserTest, FirstOfDuplicateKeysAndSectionsWins) {
       "com.a": {"maxFps": 60, "maxFps": null},
       "com.b": {"ratio": 1.5},
       "com.a": {"maxFps": 10, "whole": 5},
-      "com.b": 7
+      "com.b": 7,
+      "com.c": {"maxFps": null, "maxFps": 24}
     })");
     EXPECT_EQ(30, p->getInt("maxFps", "default", 0));
     EXPECT_EQ("first", p->getString("name", "default", ""));
@@ -115,12 +112,8 @@ TEST_F(JsonParserTest, FirstOfDuplicateKeysAndSectionsWins) {
     EXPECT_EQ(-1, p->getInt("whole", "com.a", -1));
     // A later member that is not an object does not hide the first, which is.
     EXPECT_EQ(1.5, p->getDouble("ratio", "com.b", 0.0));
-}
-
-TEST_F(JsonParserTest, FirstDuplicateThatIsNullFallsBackToDefault) {
-    sp<JsonParser> p = load(R"({"default": {"maxFps": 30},
-                                "com.a": {"maxFps": null, "maxFps": 24}})");
-    EXPECT_EQ(30, p->getInt("maxFps", "com.a", 0));
+    // A first member that is null falls back to "default", not to the later duplicate.
+    EXPECT_EQ(30, p->getInt("maxFps", "com.c", 0));
 }
 
 TEST_F(JsonParserTest, WrongTypeAnswersTheCallerDefaultWithOneError) {
@@ -196,10 +189,10 @@ TEST_F(JsonParserTest, LoadLogsEachScalarWhileTheSwitchIsOn) {
     android::setExtLogSwitch(1);
     testsupport::LogCapture log;
     sp<JsonParser> p = load(R"({"default": {"b": true, "i": 3, "d": 0.5, "s": "x", "a": [1]}})");
-    EXPECT_EQ(1u, log.count(" default b: 1"));
-    EXPECT_EQ(1u, log.count(" default i: 3"));
-    EXPECT_EQ(1u, log.count(" default d: 0.500000"));
-    EXPECT_EQ(1u, log.count(" default s: x"));
+    for (const char* line :
+         {" default b: 1", " default i: 3", " default d: 0.500000", " default s: x"}) {
+        EXPECT_EQ(1u, log.count(line)) << line;
+    }
     EXPECT_EQ(4u, log.lines().size()) << log.dump();
     log.clear();
     EXPECT_TRUE(p->getBool("b", "default", false));
@@ -256,8 +249,7 @@ TEST(JsonParserFiles, NullPathLeavesTheParserEmpty) {
     EXPECT_EQ(0u, p->sectionCount());
 }
 
-TEST(JsonParserFiles, OversizedFileIsRefusedWithoutReadingIt) {
-    testsupport::TempDeviceRoot root;
+TEST_F(JsonParserTest, OversizedFileIsRefusedWithoutReadingIt) {
     root.writeFile(kPath, "{}");
     ASSERT_EQ(0, truncate(root.hostPath(kPath).c_str(), 64LL * 1024 * 1024));
     testsupport::LogCapture log;
@@ -266,20 +258,16 @@ TEST(JsonParserFiles, OversizedFileIsRefusedWithoutReadingIt) {
     EXPECT_EQ(1u, log.lines().size()) << log.dump();
 }
 
-TEST(JsonParserFiles, SectionThatIsNotAnObjectIsSkipped) {
-    testsupport::TempDeviceRoot root;
-    root.writeFile(kPath, R"({"com.a": [1], "default": {"k": 2}, "com.b": null})");
+TEST_F(JsonParserTest, SectionThatIsNotAnObjectIsSkipped) {
     testsupport::LogCapture log;
-    sp<JsonParser> p = new JsonParser(kPath);
+    sp<JsonParser> p = load(R"({"com.a": [1], "default": {"k": 2}, "com.b": null})");
     EXPECT_EQ(1u, p->sectionCount());
     EXPECT_EQ(2, p->getInt("k", "com.a", 0));
     EXPECT_EQ(2u, log.count("is not an object")) << log.dump();
 }
 
-TEST(JsonParserResolve, NamesWhereEachValueComesFrom) {
-    testsupport::TempDeviceRoot root;
-    root.writeFile(kPath, kConfig);
-    sp<JsonParser> p = new JsonParser(kPath);
+TEST_F(JsonParserTest, ResolveNamesWhereEachValueComesFrom) {
+    sp<JsonParser> p = load(kConfig);
     using Origin = JsonParser::Origin;
     EXPECT_EQ(Origin::App, p->resolve("maxFps", "com.tencent.mm", json_type_int).origin);
     EXPECT_EQ(Origin::Default, p->resolve("maxFps", "com.whatsapp", json_type_int).origin);
