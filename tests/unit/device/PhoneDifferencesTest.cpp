@@ -19,7 +19,6 @@
 #include "hostctl/Services.h"
 #include "platform/CameraServiceExtImpl_sm8450.h"
 #include "support/TestSupport.h"
-#include "unit/transact/TransactTestSupport.h"
 #include "utils/VantuLog.h"
 
 namespace {
@@ -125,17 +124,6 @@ TEST_F(PhoneDifferences, OneWayBinderCallHasNoCallingPid) {
     EXPECT_EQ(0, CameraThreadState::getCallingPid());
     hostctl::setCallingIdentity(10100, 5000);
     EXPECT_EQ(5000, IPCThreadState::self()->getCallingPid());
-}
-
-TEST_F(PhoneDifferences, OneWayCallInfoRecordsTheUidAndNoPid) {
-    // Transaction 10006 takes the caller's identity from the binder call itself.
-    hostctl::setProperty("persist.camera.assert.panic", "true");
-    sp<transacttest::TransactExtension> ext = new transacttest::TransactExtension();
-    hostctl::setCallingIdentity(10077, 4321, IBinder::FLAG_ONEWAY);
-    transacttest::Call call;
-    EXPECT_EQ(OK, ext->onTransact(10006, call.data(), nullptr, IBinder::FLAG_ONEWAY));
-    EXPECT_EQ(10077, ext->apkUid());
-    EXPECT_EQ(0, ext->apkPid());
 }
 
 // ---- Property writes the policy refuses -------------------------------------------------------
