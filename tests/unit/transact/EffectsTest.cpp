@@ -249,21 +249,20 @@ TEST_F(AvatarTransactTest, MessagesAreToldApartByTheirExactText) {
     EXPECT_EQ(1u, logs.count("onTransact, msg init")) << logs.dump();
 }
 
-TEST_F(AvatarTransactTest, EitherSupportFlagAdmitsTheMessage) {
-    sp<TransactExtension> ext = makeExtension();
-    ext->giveZumioManager(false, 1);
-    testsupport::LogCapture logs;
-    send(*ext, "init");
-    EXPECT_EQ(1u, logs.count("msg init")) << logs.dump();
-}
-
-TEST_F(AvatarTransactTest, WithoutTheFeatureNothingIsRead) {
-    sp<TransactExtension> ext = makeExtension();
-    testsupport::LogCapture logs;
-    EXPECT_GT(send(*ext, "init"), 0u);
-    ext->giveZumioManager(false, 0);
-    EXPECT_GT(send(*ext, "init"), 0u);
-    EXPECT_EQ(0u, logs.count("msg")) << logs.dump();
+TEST_F(AvatarTransactTest, TheManagerAndEitherSupportFlagAdmitTheMessage) {
+    const struct {
+        bool manager;
+        bool zumioEnable;
+        int32_t aps2Zumio;
+        bool read;
+    } rows[] = {{false, false, 0, false}, {true, false, 0, false}, {true, false, 1, true}};
+    for (const auto& row : rows) {
+        sp<TransactExtension> ext = makeExtension();
+        if (row.manager) ext->giveZumioManager(row.zumioEnable, row.aps2Zumio);
+        testsupport::LogCapture logs;
+        EXPECT_EQ(row.read, send(*ext, "init") == 0u) << row.manager << row.aps2Zumio;
+        EXPECT_EQ(row.read ? 1u : 0u, logs.count("msg init")) << logs.dump();
+    }
 }
 
 }  // namespace
