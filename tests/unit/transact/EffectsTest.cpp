@@ -112,22 +112,19 @@ TEST_F(ClientInfoTest, OrdinaryAppIsAnnouncedWithoutPrivilege) {
 }
 
 TEST_F(ClientInfoTest, AlwaysOnProbeFollowsItsSwitchAndRunsOnce) {
-    {
+    for (bool enabled : {false, true}) {
+        writeConfig(enabled ? R"({"default": {"feature_aon_enable": true}})" : "{}");
         sp<TransactExtension> ext = makeExtension();
-        Call call;
-        call.str("com.example.app").i32(1).i32(2);
-        Parcel reply;
-        ext->onTransact(10005, call.data(), &reply, 0);
-        EXPECT_FALSE(ext->aonProbed());
-    }
-    writeConfig(R"({"default": {"feature_aon_enable": true}})");
-    sp<TransactExtension> ext = makeExtension();
-    for (int i = 0; i < 2; ++i) {
-        Call call;
-        call.str("com.example.app").i32(1).i32(2);
-        Parcel reply;
-        EXPECT_EQ(OK, ext->onTransact(10005, call.data(), &reply, 0));
-        EXPECT_TRUE(ext->aonProbed());
+        testsupport::LogCapture logs;
+        for (int i = 0; i < 2; ++i) {
+            Call call;
+            call.str("com.example.app").i32(1).i32(2);
+            Parcel reply;
+            EXPECT_EQ(OK, ext->onTransact(10005, call.data(), &reply, 0));
+        }
+        EXPECT_EQ(enabled, ext->aonProbed());
+        // No media device: each probe ends at /dev/media0.
+        EXPECT_EQ(enabled ? 1u : 0u, logs.count("No more media devices found")) << logs.dump();
     }
 }
 
