@@ -132,10 +132,10 @@ TEST_F(ClientInfoTest, AlwaysOnProbeFollowsItsSwitchAndRunsOnce) {
 
 using RioTransactTest = TransactTest;
 
+// Their log lines are pinned by rio_front_session.json.
 TEST_F(RioTransactTest, ClientPidAndIntensityReachTheManager) {
     sp<TransactExtension> ext = makeExtension();
     sp<MagnecticSensorManager> rio = ext->giveMagneticManager();
-    testsupport::LogCapture logs;
     hostctl::ScopedCallingIdentity caller(1000, 1234);
     {
         Call call;
@@ -150,9 +150,6 @@ TEST_F(RioTransactTest, ClientPidAndIntensityReachTheManager) {
     }
     EXPECT_EQ(1234, rio->getRioClientPid());
     EXPECT_EQ(100, rio->getTorchIntensity());
-    EXPECT_EQ(1u, logs.count("[RIO-Torch] onTransact: setRioClientInfo getcalling info pid: 1234"))
-        << logs.dump();
-    EXPECT_EQ(1u, logs.count("[RIO-Torch] onTransact: set torch intensity: 100")) << logs.dump();
 }
 
 TEST_F(RioTransactTest, WithoutTheManagerTheyStillSucceed) {
@@ -194,7 +191,6 @@ TEST_F(DisconnectAllTest, EveryLiveClientIsToldThenDisconnected) {
     }
     hostctl::ScopedCallingIdentity caller(1047, 812);
     hostctl::grantPermission(1047, kSystemCamera);
-    testsupport::LogCapture logs;
     Call call(/*token=*/false);
     Parcel reply;
     EXPECT_EQ(OK, ext->onTransact(10009, call.data(), &reply, 0));
@@ -206,7 +202,6 @@ TEST_F(DisconnectAllTest, EveryLiveClientIsToldThenDisconnected) {
     for (int id = 0; id < kMaxCameraSlots; ++id) EXPECT_EQ(nullptr, ext->promoteClient(id)) << id;
     EXPECT_EQ((std::vector<bool>{true, true}), mFlagSeenInDisconnect);
     EXPECT_FALSE(ext->disconnectingClients());
-    EXPECT_EQ(1u, logs.count("onTransact, DISCONNECT_CLIENTS")) << logs.dump();
 }
 
 // ---- Avatar control: 10010 ----
