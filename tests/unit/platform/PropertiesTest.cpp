@@ -49,16 +49,9 @@ TEST_F(PropertiesTest, IntegersInferBaseAndRejectJunk) {
     struct {
         const char* text;
         int32_t expected;
-    } cases[] = {{"42", 42},
-                 {"0x10", 16},
-                 {"010", 8},
-                 {"-7", -7},
-                 {"12abc", -1},
-                 {"", -1},
-                 {"2147483647", 2147483647},
-                 {"2147483648", -1},
-                 {"abc", -1},
-                 {" 5", 5}};
+    } cases[] = {{"42", 42},        {"0x10", 16},      {"010", 8},         {"-7", -7},
+                 {"12abc", -1},     {"", -1},          {"2147483647", 2147483647},
+                 {"2147483648", -1}, {"abc", -1},       {" 5", 5}};
     for (const auto& c : cases) {
         hostctl::setProperty("i", c.text);
         EXPECT_EQ(c.expected, property_get_int32("i", -1)) << "'" << c.text << "'";
