@@ -6,7 +6,6 @@
 
 #include "features/motor/MotorManager.h"
 #include "hostctl/Binder.h"
-#include "hostctl/Properties.h"
 #include "hostctl/Services.h"
 #include "support/TestSupport.h"
 #include "utils/JsonParser.h"
