@@ -1,5 +1,6 @@
 // Loading the frame-processing library in its shapes: complete, without the optional capture
-// entry point, without a required one, absent, and a file that is no library at all.
+// entry point, without a required one, and absent. A file that is no library takes the absent
+// library's failed load; the load's log lines are pinned by the aps_library_*.json scenarios.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -47,7 +48,6 @@ TEST_F(ApsLoadTest, CompleteLibraryIsFullyBoundAndAnswersFeatures) {
     sp<APSInterface> aps = new APSInterface(nullptr);
     aps->loadAPSLib();
     EXPECT_TRUE(aps->isFullyBound());
-    EXPECT_TRUE(mLog.contains("loadAPSLib load libfwk.aps.interface.so succeed!"));
     EXPECT_FALSE(aps->isAPSFeatureSupport("com.vantu.fwkBeauty"));
     EXPECT_TRUE(aps->isAPSFeatureSupport("com.vantu.fwkZumio"));
     EXPECT_TRUE(aps->setUpEngine({1, 0, 0, 0}));
@@ -69,8 +69,6 @@ TEST_F(ApsLoadTest, MissingCaptureEntryPointLoadsButIsNotFullyBound) {
     if (!install(shape)) GTEST_SKIP() << mSkipReason;
     sp<APSInterface> aps = new APSInterface(nullptr);
     aps->loadAPSLib();
-    EXPECT_TRUE(mLog.contains("loadAPSLib cannot find symbol APSProcessCaptureFrames"));
-    EXPECT_TRUE(mLog.contains("load libfwk.aps.interface.so succeed!"));
     EXPECT_FALSE(aps->isFullyBound());
     // Loaded all the same: the features are still asked.
     EXPECT_TRUE(aps->isAPSFeatureSupport("com.vantu.fwkBeauty"));
@@ -101,15 +99,6 @@ TEST_F(ApsLoadTest, AbsentLibraryLeavesEverythingOff) {
     aps->updateAPSSwitch();
     EXPECT_TRUE(mLog.contains("updateAPSSwitch mAPSLibHandle is NULL"));
     EXPECT_FALSE(aps->getNeedAPSProcess());
-}
-
-TEST_F(ApsLoadTest, FileThatIsNotAnElfObjectIsRefusedByTheLoader) {
-    mRoot.writeFile(APSInterface::kLibraryPath, std::string(4096, 'x'));
-    sp<APSInterface> aps = new APSInterface(nullptr);
-    aps->loadAPSLib();
-    EXPECT_TRUE(mLog.contains("dlopen libfwk.aps.interface.so fail error"));
-    EXPECT_FALSE(aps->isFullyBound());
-    EXPECT_FALSE(aps->isAPSFeatureSupport(nullptr));
 }
 
 }  // namespace

@@ -32,8 +32,7 @@ protected:
         android::initJsonParser("odm/etc/camera/none.json");
     }
 
-    static bool supports(const char* activity, const char* value,
-                         const char* package = "com.example.app") {
+    static bool supports(const char* activity, const char* value, const char* package) {
         return APSInterface::isSupportActivity(nullptr, package, activity, value);
     }
 
@@ -41,55 +40,51 @@ protected:
     testsupport::LogCapture mLog;
 };
 
-TEST_F(ApsSwitchRulesTest, ActivityMustContainTheNamedToken) {
-    EXPECT_TRUE(supports("com.example.app.VideoActivity", kValue));
-    EXPECT_FALSE(supports("com.example.app.MainActivity", kValue));
+TEST_F(ApsSwitchRulesTest, ActivityAnswersFollowTheTextOfTheValue) {
+    const char* const app = "com.example.app";
+    const char* const voip = "com.tencent.mm.plugin.voip.ui.VideoActivity";
+    // A member longer than the buffer keeps 91 characters: the three of ":" and 88 of the name.
+    const std::string longMember =
+        "{\"activityName\":\"" + std::string(200, 'A') + "\",\"fbParam\":\"1\"}";
+    const std::string cutName = "x." + std::string(89, 'A');
+    const std::string hugeName(4000, 'V');
+    const std::string hugeMatching = hugeName + "VideoActivity";
+    const struct {
+        const char* why;
+        const char* activity;
+        const char* value;
+        const char* package;
+        bool expected;
+    } rows[] = {
+        {"contains the token", "com.example.app.VideoActivity", kValue, app, true},
+        {"lacks the token", "com.example.app.MainActivity", kValue, app, false},
+        {"empty member", "Any", R"({"activityName":"","fbParam":"1","isOpen":"1"})", app, true},
+        {"no member", "Any", R"({"fbParam":"1","isOpen":"1"})", app, true},
+        {"no fbParam", "Any", R"({"activityName":"X","isOpen":"1"})", app, true},
+        // No text lies between "fbParam" and a later "activityName".
+        {"fbParam first", "Any", R"({"fbParam":"1","activityName":"X"})", app, true},
+        {"null value", "Any", nullptr, app, true},
+        {"unset value", "Any", "-1", app, true},
+        // Without quotes or colons the whole member is the token.
+        {"bare member", "a.FooActivity", "activityNameFooActivityfbParam", app, true},
+        {"bare member, other", "a.BarActivity", "activityNameFooActivityfbParam", app, false},
+        {"no closing member", "a.BarActivity", R"({"activityName":"FooActivity)", app, true},
+        {"first token only", "a.Foo", R"({"activityName":"Foo,Bar","fbParam":""})", app, true},
+        {"member cut at 91", cutName.c_str(), longMember.c_str(), app, true},
+        {"member cut at 91, short", "x.A", longMember.c_str(), app, false},
+        {"huge activity", hugeName.c_str(), kValue, app, false},
+        {"huge activity with token", hugeMatching.c_str(), kValue, app, true},
+        {"disabled for its package", voip, kValue, kWeChat, false},
+        {"another package's list", voip, kValue, app, true},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.expected, supports(row.activity, row.value, row.package)) << row.why;
+    }
     EXPECT_TRUE(mLog.contains(
         "isSupportActivity ActivityName: com.example.app.MainActivity does not need APS "
         "Process"));
-}
-
-TEST_F(ApsSwitchRulesTest, EmptyOrMissingActivityMemberAllowsEveryActivity) {
-    EXPECT_TRUE(supports("Any", R"({"activityName":"","fbParam":"1","isOpen":"1"})"));
-    EXPECT_TRUE(supports("Any", R"({"fbParam":"1","isOpen":"1"})"));
-    EXPECT_TRUE(supports("Any", R"({"activityName":"X","isOpen":"1"})"));
-    // "fbParam" before "activityName": no text lies between them.
-    EXPECT_TRUE(supports("Any", R"({"fbParam":"1","activityName":"X"})"));
-    EXPECT_TRUE(supports("Any", nullptr));
-    EXPECT_TRUE(supports("Any", "-1"));
-}
-
-TEST_F(ApsSwitchRulesTest, ValueWithoutQuotesOrColonsTakesTheWholeMember) {
-    EXPECT_TRUE(supports("a.FooActivity", "activityNameFooActivityfbParam"));
-    EXPECT_FALSE(supports("a.BarActivity", "activityNameFooActivityfbParam"));
-    // No closing member: nothing names an activity.
-    EXPECT_TRUE(supports("a.BarActivity", R"({"activityName":"FooActivity)"));
-    // Only the first token counts.
-    EXPECT_TRUE(supports("a.Foo", R"({"activityName":"Foo,Bar","fbParam":""})"));
-}
-
-TEST_F(ApsSwitchRulesTest, LongActivityMemberIsCutAt91Characters) {
-    const std::string token(200, 'A');
-    const std::string value = "{\"activityName\":\"" + token + "\",\"fbParam\":\"1\"}";
-    // The member keeps 91 characters: the three of ":" and 88 of the name.
-    const std::string activity = "x." + std::string(89, 'A');
-    EXPECT_TRUE(supports(activity.c_str(), value.c_str()));
-    EXPECT_FALSE(supports("x.A", value.c_str()));
-}
-
-TEST_F(ApsSwitchRulesTest, VeryLongActivityNameIsSearchedSafely) {
-    const std::string activity(4000, 'V');
-    EXPECT_FALSE(supports(activity.c_str(), kValue));
-    const std::string matching = activity + "VideoActivity";
-    EXPECT_TRUE(supports(matching.c_str(), kValue));
-}
-
-TEST_F(ApsSwitchRulesTest, DisabledActivityOfThePackageIsRefused) {
-    EXPECT_FALSE(supports("com.tencent.mm.plugin.voip.ui.VideoActivity", kValue, kWeChat));
     EXPECT_TRUE(mLog.contains(
         "disable fb activity white list: com.tencent.mm.plugin.voip.ui.VideoActivity"));
-    // Another package's list does not apply.
-    EXPECT_TRUE(supports("com.tencent.mm.plugin.voip.ui.VideoActivity", kValue));
 }
 
 TEST(ApsPropNameTest, NameIsWrittenOnlyWhenPrefixAndPackageFit) {

@@ -63,12 +63,7 @@ TEST_F(AuthQueryTest, WithoutPackageCheckAnyPackageOfTheUidIsAuthorised) {
     EXPECT_FALSE(mManager->isAuthedClient(kAppUid + 1, String8("com.example.other"), false, false));
 }
 
-TEST_F(AuthQueryTest, NewResultForAUidReplacesTheEarlierOne) {
-    mManager->addAuthResultInfo(kAppPid, kAppUid, 0, String8(kApp));
-    mManager->addAuthResultInfo(kAppPid, kAppUid, 0, String8("com.example.second"));
-    EXPECT_FALSE(mManager->isAuthedClient(kAppUid, String8(kApp), false, true));
-    EXPECT_TRUE(mManager->isAuthedClient(kAppUid, String8("com.example.second"), false, true));
-}
+// One result per uid, a later one replacing it: transactions_auth.json.
 
 TEST_F(AuthQueryTest, RemoveTakesTheResultOnlyWhenThePackageMatches) {
     mManager->addAuthResultInfo(kAppPid, kAppUid, 0, String8(kApp));
@@ -128,15 +123,6 @@ TEST_F(AuthValidityTest, ReplacingAResultRestartsItsPeriod) {
 // ---- Connected clients -----------------------------------------------------------------------
 
 using AuthClientTest = AuthTest;
-
-TEST_F(AuthClientTest, CheckRemembersTheClientOfAnAuthorisedApp) {
-    int clientA = 0;
-    int clientB = 0;
-    mManager->addAuthResultInfo(kAppPid, kAppUid, 0, String8(kApp));
-    EXPECT_TRUE(mManager->checkAuthResult(kAppPid, kAppUid, String8(kApp), &clientA));
-    EXPECT_TRUE(mManager->isAuthedClient(&clientA));
-    EXPECT_FALSE(mManager->isAuthedClient(&clientB));
-}
 
 TEST_F(AuthClientTest, CheckOfAnUnauthorisedAppAnswersFalseAndRemembersNothing) {
     int client = 0;

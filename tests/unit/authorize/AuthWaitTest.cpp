@@ -69,14 +69,7 @@ TEST_F(AuthWaitTest, TimedOutWaitStillAnswersFromTheMaps) {
     EXPECT_TRUE(mManager->wait(20000, String8("com.ss.android.ugc.aweme"), true, true));
 }
 
-TEST_F(AuthWaitTest, ResultArrivingDuringTheWaitEndsItWithTrue) {
-    scheduleOnce(120, [this] { mManager->addAuthResultInfo(1, kAppUid, 0, String8(kApp)); });
-    const nsecs_t start = android::vantu::monotonicNs();
-    EXPECT_TRUE(mManager->wait(kAppUid, String8(kApp), false, true));
-    EXPECT_EQ(120 * kMs, android::vantu::monotonicNs() - start);
-    EXPECT_FALSE(mLogs.contains("wait auth result failed"));
-}
-
+// A result for the waiting app ends the wait with true: authorization_granted_during_wait.json.
 TEST_F(AuthWaitTest, AnyResultWakesTheWaitOnceAndItAnswersWithoutWaitingAgain) {
     // The first add is for another uid; the wait must not go back to sleep for the second.
     scheduleOnce(100, [this] { mManager->addAuthResultInfo(2, 20000, 0, String8("com.other")); });

@@ -19,7 +19,6 @@
 #include "hostctl/Services.h"
 #include "platform/CameraServiceExtImpl_sm8450.h"
 #include "support/TestSupport.h"
-#include "unit/transact/TransactTestSupport.h"
 #include "utils/VantuLog.h"
 
 namespace {
@@ -62,27 +61,25 @@ TEST_F(PhoneDifferences, GetServiceWaitsForADeclaredServiceAndTryGetServiceDoesN
     EXPECT_EQ(1u, hostctl::declaredServiceWaits());
 }
 
-TEST_F(PhoneDifferences, DeclaredButAbsentPolicyServiceDoesNotHoldUpAnOpen) {
+// Declared but not running, the policy service must not hold up an open; running, it hears of it.
+TEST_F(PhoneDifferences, PolicyServiceHearsOfAnOpenOnlyWhenRunningAndNeverHoldsItUp) {
     writeConfig(R"({"default": {"feature_auth_enable": false, "feature_cameramdm": true}})");
-    ASSERT_TRUE(hostctl::declareService(hostctl::kCameraMdmHal));
-    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
     String16 package(u"com.example.app");
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(0, ext->beforeConnect(String8("0"), package, false));
-    EXPECT_EQ(0u, hostctl::declaredServiceWaits());
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
-}
-
-TEST_F(PhoneDifferences, RunningPolicyServiceStillHearsOfTheOpen) {
-    writeConfig(R"({"default": {"feature_auth_enable": false, "feature_cameramdm": true}})");
-    ASSERT_TRUE(hostctl::declareService(hostctl::kCameraMdmHal));
-    ASSERT_TRUE(hostctl::startService(hostctl::kCameraMdmHal));
-    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
-    String16 package(u"com.example.app");
-    EXPECT_EQ(0, ext->beforeConnect(String8("0"), package, false));
-    const auto calls = hostctl::serviceCallsOf(hostctl::kCameraMdmHal);
-    ASSERT_EQ(1u, calls.size());
-    EXPECT_EQ("notifyCameraPackage(com.example.app)", calls[0].text());
+    for (bool running : {false, true}) {
+        hostctl::resetServices();
+        ASSERT_TRUE(hostctl::declareService(hostctl::kCameraMdmHal));
+        ASSERT_TRUE(!running || hostctl::startService(hostctl::kCameraMdmHal));
+        sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(0, ext->beforeConnect(String8("0"), package, false)) << running;
+        EXPECT_EQ(0u, hostctl::declaredServiceWaits()) << running;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+        const auto calls = hostctl::serviceCallsOf(hostctl::kCameraMdmHal);
+        ASSERT_EQ(running ? 1u : 0u, calls.size());
+        if (running) {
+            EXPECT_EQ("notifyCameraPackage(com.example.app)", calls[0].text());
+        }
+    }
 }
 
 // The scheduling and pre-open hooks run on the server's open path: a performance or
@@ -125,17 +122,6 @@ TEST_F(PhoneDifferences, OneWayBinderCallHasNoCallingPid) {
     EXPECT_EQ(0, CameraThreadState::getCallingPid());
     hostctl::setCallingIdentity(10100, 5000);
     EXPECT_EQ(5000, IPCThreadState::self()->getCallingPid());
-}
-
-TEST_F(PhoneDifferences, OneWayCallInfoRecordsTheUidAndNoPid) {
-    // Transaction 10006 takes the caller's identity from the binder call itself.
-    hostctl::setProperty("persist.camera.assert.panic", "true");
-    sp<transacttest::TransactExtension> ext = new transacttest::TransactExtension();
-    hostctl::setCallingIdentity(10077, 4321, IBinder::FLAG_ONEWAY);
-    transacttest::Call call;
-    EXPECT_EQ(OK, ext->onTransact(10006, call.data(), nullptr, IBinder::FLAG_ONEWAY));
-    EXPECT_EQ(10077, ext->apkUid());
-    EXPECT_EQ(0, ext->apkPid());
 }
 
 // ---- Property writes the policy refuses -------------------------------------------------------

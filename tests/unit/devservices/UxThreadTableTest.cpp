@@ -40,19 +40,8 @@ protected:
     UxThreadTable mTable;
 };
 
-TEST_F(UxThreadTableTest, BoostOnceThenRemoveAndFree) {
-    hostctl::setThisThreadIds(5000, 5001);
-    EXPECT_EQ(Result::kSet, mTable.apply(1, 136, nullptr));
-    EXPECT_EQ(Result::kAlreadySet, mTable.apply(1, 136, nullptr));
-    const int i = mTable.find(5001);
-    ASSERT_EQ(0, i);
-    EXPECT_EQ(1u, mTable.flagAt(i));
-    EXPECT_EQ(Result::kSet, mTable.apply(0, 136, nullptr));
-    EXPECT_EQ(-1, mTable.find(5001));
-    EXPECT_EQ(
-        (std::vector<std::string>{"setUxThread(136, 5000, 5001)", "setUxThread(8, 5000, 5001)"}),
-        calls());
-}
+// Boosting once, releasing and freeing the place, thread ids above 2^31 and the absent service
+// are played through the hook in ux_thread_boost.json and ux_thread_no_service.json.
 
 TEST_F(UxThreadTableTest, AnyFlagOtherThanOneSendsTheNormalClassAndStays) {
     hostctl::setThisThreadIds(5000, 5001);
@@ -74,23 +63,6 @@ TEST_F(UxThreadTableTest, SixtyFifthThreadFindsTheTableFull) {
     // Reading outside the table answers a free entry.
     EXPECT_EQ(0u, mTable.threadAt(UxThreadTable::kEntries));
     EXPECT_EQ(0u, mTable.flagAt(-1));
-}
-
-TEST_F(UxThreadTableTest, ThreadIdsAboveTwoToTheThirtyFirst) {
-    hostctl::setThisThreadIds(5000, static_cast<pid_t>(0xFFFFFFFEu));
-    EXPECT_EQ(Result::kSet, mTable.apply(1, 136, nullptr));
-    EXPECT_EQ(0, mTable.find(0xFFFFFFFEu));
-    EXPECT_EQ((std::vector<std::string>{"setUxThread(136, 5000, 4294967294)"}), calls());
-}
-
-TEST_F(UxThreadTableTest, WithoutTheServiceNothingIsKept) {
-    hostctl::stopService(hostctl::kPerformanceHal);
-    hostctl::setThisThreadIds(5000, 5001);
-    EXPECT_EQ(Result::kNoService, mTable.apply(1, 136, nullptr));
-    EXPECT_EQ(-1, mTable.find(5001));
-    sp<IPerformance> cache;
-    EXPECT_EQ(Result::kNoService, mTable.apply(1, 136, &cache));
-    EXPECT_EQ(nullptr, cache);
 }
 
 TEST_F(UxThreadTableTest, KeptServiceThatDiedIsFetchedAgain) {

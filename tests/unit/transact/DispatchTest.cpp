@@ -32,14 +32,13 @@ TEST_F(DispatchTest, CodesOutsideThePrivateRangeAreNotTheExtensions) {
     EXPECT_TRUE(logs.lines().empty()) << logs.dump();
 }
 
-TEST_F(DispatchTest, MissingTokenIsLoggedAndTheCallStillTakesEffect) {
+// The line a missing token leaves is pinned below and by transactions_codes.json.
+TEST_F(DispatchTest, MissingTokenStillLetsTheCallTakeEffect) {
     sp<transacttest::TransactExtension> ext = makeExtension();
-    testsupport::LogCapture logs;
     hostctl::ScopedCallingIdentity caller(10077, 4321);
     Call call(/*token=*/false);
     Parcel reply;
     EXPECT_EQ(OK, ext->onTransact(10006, call.data(), &reply, 0));
-    EXPECT_EQ(1u, logs.count("onTransact, 10006 enforceInterface res: 0")) << logs.dump();
     EXPECT_EQ(10077, ext->apkUid());
     EXPECT_EQ(4321, ext->apkPid());
 }

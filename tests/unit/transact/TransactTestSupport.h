@@ -10,7 +10,6 @@
 #include <utils/String16.h>
 
 #include <mutex>
-#include <optional>
 #include <set>
 #include <string>
 
@@ -60,10 +59,6 @@ public:
     }
     Call& str(const char* s) {
         mData.writeString16(android::String16(s));
-        return *this;
-    }
-    Call& nullStr() {
-        mData.writeString16(std::optional<android::String16>());
         return *this;
     }
     Call& binder(const android::sp<android::IBinder>& b) {
