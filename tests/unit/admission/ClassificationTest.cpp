@@ -100,7 +100,7 @@ TEST_F(Classification, CtsOverloadsDifferOnPurpose) {
 }
 
 TEST_F(Classification, CtsSwitchOffMakesNoAppATestApp) {
-    // The announced test suite is played by admission_cts_off_clears_all.json.
+    // The announced test suite is played by the cts_switch_off scenario.
     sp<CameraServiceExtImpl> ext = build(R"({"default": {"feature_cts_enable": false}})");
     EXPECT_FALSE(ext->isCtsCamera("android.camera.cts"));
 }
