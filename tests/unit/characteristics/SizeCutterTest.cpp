@@ -47,27 +47,8 @@ protected:
     testsupport::TempDeviceRoot mRoot;
 };
 
-TEST_F(SizeCutter, DropsOnlyOversizedYuvAndPrivateOutputsUnlessJpegIsLimited) {
-    sp<CameraServiceExtImpl> ext = build();
-    const std::vector<int32_t> values = {
-        33, 4000, 3000, 0,  // JPEG output
-        35, 4000, 3000, 0,  // YUV output
-        34, 4000, 3000, 0,  // private output
-        35, 4000, 3000, 1,  // YUV input: never cut
-        32, 4000, 3000, 0,  // RAW16: not a cut format
-        35, 1920, 1080, 0,  // fits
-    };
-    CameraMetadata jpegKept = table(values);
-    ext->limitSize(1920, 1080, &jpegKept, false);
-    EXPECT_EQ((std::vector<int32_t>{33, 4000, 3000, 0, 35, 4000, 3000, 1, 32, 4000, 3000, 0, 35,
-                                    1920, 1080, 0}),
-              int32s(jpegKept, kStreams));
-
-    CameraMetadata jpegCut = table(values);
-    ext->limitSize(1920, 1080, &jpegCut, true);
-    EXPECT_EQ((std::vector<int32_t>{35, 4000, 3000, 1, 32, 4000, 3000, 0, 35, 1920, 1080, 0}),
-              int32s(jpegCut, kStreams));
-}
+// Which formats are cut, with and without the picture limit, is played by the
+// characteristics_mtk_third_party scenario.
 
 TEST_F(SizeCutter, BoundHoldsPerDimensionNotByArea) {
     sp<CameraServiceExtImpl> ext = build();
