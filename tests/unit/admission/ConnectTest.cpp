@@ -35,10 +35,6 @@ protected:
     }
     void TearDown() override { hostctl::clearProperties(); }
 
-    sp<hostctl::HostCameraClient> client(const char* id, const char* package) {
-        return new hostctl::HostCameraClient(String8(id), String16(package), 10100, 5000);
-    }
-
     // Plays the server's connect and returns the verdict and the string after beforeConnect.
     int32_t open(const char* id, String16& package, sp<hostctl::HostCameraClient>* out = nullptr) {
         const int32_t verdict = mExt->beforeConnect(String8(id), package, false);
@@ -65,20 +61,22 @@ TEST_F(Connect, ComponentIsCutToThePackageInTheServersString) {
     EXPECT_EQ(String8("com.a/.Main"), mExt->component());
 }
 
-TEST_F(Connect, NamesWithoutAnInnerSlashStayWhole) {
-    for (const char16_t* text : {u"com.a", u"/x", u"com.a/", u"/", u""}) {
-        String16 package(text);
+// Only a slash with text on both sides splits, and only the first one.
+TEST_F(Connect, OnlyTheFirstInnerSlashSplits) {
+    const struct {
+        const char16_t* text;
+        const char16_t* package;
+        const char* activity;
+    } rows[] = {
+        {u"com.a", u"com.a", "NULL"}, {u"/x", u"/x", "NULL"}, {u"com.a/", u"com.a/", "NULL"},
+        {u"/", u"/", "NULL"},         {u"", u"", "NULL"},     {u"com.a/b/c", u"com.a", "b/c"},
+    };
+    for (const auto& row : rows) {
+        String16 package(row.text);
         ASSERT_EQ(0, mExt->beforeConnect(String8("0"), package, false));
-        EXPECT_EQ(String16(text), package);
-        EXPECT_EQ(String8("NULL"), mExt->currentActivityName());
+        EXPECT_EQ(String16(row.package), package) << String8(row.text).string();
+        EXPECT_EQ(String8(row.activity), mExt->currentActivityName()) << String8(row.text).string();
     }
-}
-
-TEST_F(Connect, OnlyTheFirstSlashSplits) {
-    String16 package(u"com.a/b/c");
-    ASSERT_EQ(0, mExt->beforeConnect(String8("0"), package, false));
-    EXPECT_EQ(String16("com.a"), package);
-    EXPECT_EQ(String8("b/c"), mExt->currentActivityName());
 }
 
 TEST_F(Connect, BrokenUtf16AndHugeNamesAreTakenWithoutHarm) {

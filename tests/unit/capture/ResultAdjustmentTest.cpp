@@ -22,25 +22,21 @@ protected:
         md.update(tag, &value, 1);
         return md;
     }
-    // The AE state the app receives for frame `frame` when the hardware said `aeState`.
-    int deliveredAeState(uint32_t frame, uint8_t aeState = ANDROID_CONTROL_AE_STATE_CONVERGED) {
+    // The value of the one-byte `tag` the app receives for frame `frame` when the hardware said
+    // `said` (-1: the entry is gone).
+    int delivered(uint32_t tag, uint8_t said, uint32_t frame) {
         android::CaptureResult r;
-        r.mMetadata.update(ANDROID_CONTROL_AE_STATE, &aeState, 1);
+        r.mMetadata.update(tag, &said, 1);
         mExt->beforeMetadataSendToApp(&r, frame, mStates.states());
         const camera_metadata_ro_entry_t e =
-            static_cast<const CameraMetadata&>(r.mMetadata).find(ANDROID_CONTROL_AE_STATE);
+            static_cast<const CameraMetadata&>(r.mMetadata).find(tag);
         return e.count == 1 ? e.data.u8[0] : -1;
     }
-
-    // The AF state the app receives for frame `frame` when the hardware said PASSIVE_FOCUSED.
+    int deliveredAeState(uint32_t frame) {
+        return delivered(ANDROID_CONTROL_AE_STATE, ANDROID_CONTROL_AE_STATE_CONVERGED, frame);
+    }
     int deliveredAfState(uint32_t frame) {
-        android::CaptureResult r;
-        const uint8_t afState = ANDROID_CONTROL_AF_STATE_PASSIVE_FOCUSED;
-        r.mMetadata.update(ANDROID_CONTROL_AF_STATE, &afState, 1);
-        mExt->beforeMetadataSendToApp(&r, frame, mStates.states());
-        const camera_metadata_ro_entry_t e =
-            static_cast<const CameraMetadata&>(r.mMetadata).find(ANDROID_CONTROL_AF_STATE);
-        return e.count == 1 ? e.data.u8[0] : -1;
+        return delivered(ANDROID_CONTROL_AF_STATE, ANDROID_CONTROL_AF_STATE_PASSIVE_FOCUSED, frame);
     }
 
     hostctl::HostCaptureOutputStates mStates{"0"};

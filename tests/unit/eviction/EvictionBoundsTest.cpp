@@ -31,39 +31,32 @@ protected:
     testsupport::VirtualTime mTime;
 };
 
-TEST_F(EvictionBounds, SystemClientWaitsTenSleepsAtMost) {
-    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
-    occupy(*ext, 0, "com.app", false);
-    ext->setDoingDisconnect(true);
-    bool admitted = true;
-    EXPECT_EQ(300, msTaken(*ext, 1, "android", &admitted));
-    EXPECT_FALSE(admitted);
-}
-
-TEST_F(EvictionBounds, IdleSystemCameraCostsTheSystemClient300ms) {
-    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
-    occupy(*ext, 3, "com.vantu.camera", false);
-    bool admitted = true;
-    EXPECT_EQ(300, msTaken(*ext, 1, "android", &admitted));
-    EXPECT_FALSE(admitted);
-}
-
-TEST_F(EvictionBounds, ImsWaitsTwentySleepsAtMostForViber) {
-    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
-    occupy(*ext, 0, "com.viber.voip", false);
-    ext->setDoingDisconnect(true);
-    bool admitted = true;
-    EXPECT_EQ(600, msTaken(*ext, 1, "org.codeaurora.ims", &admitted));
-    EXPECT_FALSE(admitted);
-}
-
-TEST_F(EvictionBounds, MediaTekImsPollStopsAt1500ms) {
-    sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
-    occupy(*ext, 21, "com.mediatek.ims", false);
-    ext->setDoingDisconnect(true);
-    bool admitted = true;
-    EXPECT_EQ(1500, msTaken(*ext, 0, "com.app", &admitted));
-    EXPECT_FALSE(admitted);
+// Each bounded wait of the base rules, with an occupant that never leaves: the verdict is a
+// refusal after exactly the rule's bound.
+TEST_F(EvictionBounds, WaitsForAnOccupantThatStaysEndAtTheirBound) {
+    struct Row {
+        int slot;
+        const char* occupant;
+        bool disconnecting;
+        int cameraId;
+        const char* caller;
+        int64_t ms;
+    };
+    const Row rows[] = {
+        {0, "com.app", true, 1, "android", 300},            // ten sleeps for the system client
+        {3, "com.vantu.camera", false, 1, "android", 300},  // an idle system camera
+        {0, "com.viber.voip", true, 1, "org.codeaurora.ims", 600},  // twenty sleeps for Viber
+        {21, "com.mediatek.ims", true, 0, "com.app", 1500},         // the MediaTek IMS poll
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::string(row.caller) + " beside " + row.occupant);
+        sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
+        occupy(*ext, row.slot, row.occupant, false);
+        if (row.disconnecting) ext->setDoingDisconnect(true);
+        bool admitted = true;
+        EXPECT_EQ(row.ms, msTaken(*ext, row.cameraId, row.caller, &admitted));
+        EXPECT_FALSE(admitted);
+    }
 }
 
 // Disconnects that never report back cost 600 ms each, and the waiter mark does not outlive

@@ -26,10 +26,8 @@ class Exposed : public Ext {
 public:
     void armFreeDom(bool on) { this->mFreeDomEviction = on; }
     bool freeDomArmed() const { return this->mFreeDomEviction; }
-    void setConnected(bool on) { this->mConnectStatus = on; }
     bool waitPending() const { return this->mDisconnectWaitPending; }
     int32_t lastCameraId() const { return this->mLastCameraId; }
-    void setAnnouncedUid(int32_t uid) { this->mAPKUid = uid; }
 };
 
 class EvictionTest : public ::testing::Test {

@@ -1,7 +1,6 @@
 // Which rule set each board gets, and the small hooks beside the eviction decision.
 #include <gtest/gtest.h>
 #include <limits.h>
-#include <string.h>
 
 #include <map>
 #include <set>
@@ -153,7 +152,8 @@ TEST_F(EvictionTest, ExplorerMaskBitIsTheCameraIdModulo32) {
 }
 
 TEST_F(EvictionTest, ExplorerIsOffWithoutItsSwitch) {
-    writeConfig("", R"("com.tencent.mm": {"supportExplorerCameraMask": -1})");
+    writeConfig(R"("explorer_override_cost": 5)",
+                R"("com.tencent.mm": {"supportExplorerCameraMask": -1})");
     sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
     EXPECT_FALSE(ext->isSupportExplorer(String8("1"), String8("com.tencent.mm")));
     EXPECT_EQ(70, ext->OverrideCost(String8("1"), String8("com.vantu.camera"), 70));
