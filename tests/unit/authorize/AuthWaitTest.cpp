@@ -69,7 +69,7 @@ TEST_F(AuthWaitTest, TimedOutWaitStillAnswersFromTheMaps) {
     EXPECT_TRUE(mManager->wait(20000, String8("com.ss.android.ugc.aweme"), true, true));
 }
 
-// A result for the waiting app ends the wait with true: authorization_granted_during_wait.json.
+// A result for the waiting app ends the wait with true: authorization_sdk_sessions.json.
 TEST_F(AuthWaitTest, AnyResultWakesTheWaitOnceAndItAnswersWithoutWaitingAgain) {
     // The first add is for another uid; the wait must not go back to sleep for the second.
     scheduleOnce(100, [this] { mManager->addAuthResultInfo(2, 20000, 0, String8("com.other")); });

@@ -10,7 +10,6 @@
 #include <utils/String8.h>
 #include <vendor/vantu/hardware/cameraMDM/1.0/IVantuCameraMDM.h>
 
-#include <chrono>
 #include <string>
 
 #include "CameraServiceExtImpl.h"
@@ -70,10 +69,9 @@ TEST_F(PhoneDifferences, PolicyServiceHearsOfAnOpenOnlyWhenRunningAndNeverHoldsI
         ASSERT_TRUE(hostctl::declareService(hostctl::kCameraMdmHal));
         ASSERT_TRUE(!running || hostctl::startService(hostctl::kCameraMdmHal));
         sp<CameraServiceExtImpl> ext = new CameraServiceExtImpl();
-        const auto start = std::chrono::steady_clock::now();
         EXPECT_EQ(0, ext->beforeConnect(String8("0"), package, false)) << running;
+        // Not held up: the open never waited for the service to come up.
         EXPECT_EQ(0u, hostctl::declaredServiceWaits()) << running;
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
         const auto calls = hostctl::serviceCallsOf(hostctl::kCameraMdmHal);
         ASSERT_EQ(running ? 1u : 0u, calls.size());
         if (running) {
