@@ -238,8 +238,7 @@ protected:
     // stamped with `frameNumber`, and hands the buffer to the stream's consumer at `sensorTime`.
     // Returns the copy's compact size (0 when nothing was copied).
     size_t fillMetaBuffer(MetaStreamInfo& info, camera3::camera_stream_buffer& buffer,
-                          const camera_metadata_t* source, nsecs_t sensorTime,
-                          uint32_t frameNumber);
+                          const camera_metadata_t* source, nsecs_t sensorTime, uint32_t frameNumber);
 
 public:
     // ---- Result adjustment (CameraServiceExtImpl_Results.cpp) ----
