@@ -8,6 +8,7 @@
 #include <cinttypes>
 
 #include "CameraServiceExtImpl.h"
+#include "utils/MetadataBytes.h"
 #include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
@@ -24,26 +25,6 @@ constexpr char kPrepareHook[] = "onPrepareHalRequestsUpdateMetadata";
 
 bool isWhatsApp(const char* package) {
     return strcmp(package, "com.whatsapp") == 0 || strcmp(package, "com.whatsapp.w4b") == 0;
-}
-
-// The first value of the byte entry `tag`, or false when the request lacks it or holds it
-// malformed (another type, no values).
-bool firstByte(const CameraMetadata& request, uint32_t tag, uint8_t* value) {
-    const camera_metadata_ro_entry entry = request.find(tag);
-    if (entry.count == 0 || entry.type != TYPE_BYTE || entry.data.u8 == nullptr) return false;
-    *value = entry.data.u8[0];
-    return true;
-}
-
-// Writes one byte value of `tag`: in place when the request holds it as one byte, as the app's
-// triggers and modes are, else through update.
-void setByte(CameraMetadata& request, uint32_t tag, uint8_t value) {
-    const camera_metadata_entry entry = request.find(tag);
-    if (entry.count == 1 && entry.type == TYPE_BYTE && entry.data.u8 != nullptr) {
-        entry.data.u8[0] = value;
-        return;
-    }
-    request.update(tag, &value, 1);
 }
 
 // The answer of afterEndConfigure to an SDK app that is not authorised; `line` is where the
@@ -214,10 +195,11 @@ void CameraServiceExtImpl::applyThirdPartyFlashAfFixes(CameraMetadata& request) 
                     kPrepareHook);
         }
         mLastAFtrigger = 0;
-        setByte(request, ANDROID_CONTROL_AF_TRIGGER, ANDROID_CONTROL_AF_TRIGGER_IDLE);
+        vantu::setByte(request, ANDROID_CONTROL_AF_TRIGGER, ANDROID_CONTROL_AF_TRIGGER_IDLE);
     }
     uint8_t aeMode = 0;
-    if (app == RequestApp::kMessenger && firstByte(request, ANDROID_CONTROL_AE_MODE, &aeMode) &&
+    if (app == RequestApp::kMessenger &&
+        vantu::firstByte(request, ANDROID_CONTROL_AE_MODE, &aeMode) &&
         aeMode == ANDROID_CONTROL_AE_MODE_ON_ALWAYS_FLASH) {
         const uint8_t single = ANDROID_FLASH_MODE_SINGLE;
         request.update(ANDROID_FLASH_MODE, &single, 1);

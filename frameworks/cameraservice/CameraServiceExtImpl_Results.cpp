@@ -8,6 +8,7 @@
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
 #include "utils/KeyedLookup.h"
+#include "utils/MetadataBytes.h"
 #include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
@@ -19,22 +20,6 @@ namespace {
 constexpr char kApsResultTag[] = "com.vantu.aps.result.data";
 // Stamping slower than this is worth a line.
 constexpr nsecs_t kSlowResultNs = 6000000;
-
-// The first value of a byte entry of `metadata`; false when it is absent, empty or not bytes.
-bool readByte(const camera_metadata* metadata, uint32_t tag, uint8_t* value) {
-    camera_metadata_ro_entry_t entry{};
-    if (metadata == nullptr || find_camera_metadata_ro_entry(metadata, tag, &entry) != OK ||
-        entry.count == 0 || entry.type != TYPE_BYTE) {
-        return false;
-    }
-    *value = entry.data.u8[0];
-    return true;
-}
-
-// Writes one byte entry into a result; the write's status.
-status_t writeByte(CameraMetadata& metadata, uint32_t tag, uint8_t value) {
-    return metadata.update(tag, &value, 1);
-}
 
 const char* triggerWord(uint8_t trigger) {
     switch (trigger) {
@@ -75,7 +60,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
     uint8_t value = 0;
 
     if (app == RequestApp::kWhatsApp) {
-        if (readByte(request, ANDROID_CONTROL_AF_TRIGGER, &value)) {
+        if (vantu::firstByte(request, ANDROID_CONTROL_AF_TRIGGER, &value)) {
             mLastAFtrigger = value;
             if (EXT_LOG_ON()) {
                 EXT_LOG(1, "%s: Request (frame num %u) had AF trigger 0x%x", __func__, frameNumber,
@@ -93,7 +78,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
                         __func__, frameNumber, static_cast<int>(mark));
             }
         }
-        if (readByte(request, ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER, &value) &&
+        if (vantu::firstByte(request, ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER, &value) &&
             value == ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER_START) {
             mLatestAePreCaptureFrameNum = frameNumber;
             if (EXT_LOG_ON()) {
@@ -103,7 +88,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
         }
     }
 
-    if (rejectsStopPreview && readByte(request, ANDROID_FLASH_MODE, &value)) {
+    if (rejectsStopPreview && vantu::firstByte(request, ANDROID_FLASH_MODE, &value)) {
         if (value == ANDROID_FLASH_MODE_OFF) {
             if (mTorchOn) {
                 mRejectStopPreview = true;
@@ -140,7 +125,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
                         __func__, frameNumber, static_cast<int>(mark));
             }
         }
-        if (readByte(request, ANDROID_CONTROL_AF_TRIGGER, &value) &&
+        if (vantu::firstByte(request, ANDROID_CONTROL_AF_TRIGGER, &value) &&
             value == ANDROID_CONTROL_AF_TRIGGER_CANCEL) {
             mLatestAfTriggerCancelFrameNum = frameNumber;
             // The precapture text is reused for this AF event; log readers search for it.
@@ -152,7 +137,7 @@ void CameraServiceExtImpl::UpdateParamForSpecial3rdIssue(const camera_metadata* 
     }
 
     if (app == RequestApp::kSkype) {
-        if (readByte(request, ANDROID_FLASH_MODE, &value)) {
+        if (vantu::firstByte(request, ANDROID_FLASH_MODE, &value)) {
             if (value == ANDROID_FLASH_MODE_TORCH) {
                 mTorchOn = true;
             } else if (value == ANDROID_FLASH_MODE_OFF && mTorchOn) {
@@ -184,7 +169,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
         // Results of frames before the app's latest precapture request report PRECAPTURE.
         if (app == RequestApp::kWhatsApp && mLatestAePreCaptureFrameNum > frameNumber) {
             const uint8_t state = ANDROID_CONTROL_AE_STATE_PRECAPTURE;
-            if (writeByte(result->mMetadata, ANDROID_CONTROL_AE_STATE, state) == OK) {
+            if (vantu::setByte(result->mMetadata, ANDROID_CONTROL_AE_STATE, state) == OK) {
                 if (EXT_LOG_ON()) {
                     EXT_LOG(1, "%s: update aestate for frame(%u) to %d", __func__, frameNumber,
                             state);
@@ -195,7 +180,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
         }
         if (app == RequestApp::kSnapchat && mLatestAfTriggerCancelFrameNum > frameNumber) {
             const uint8_t state = ANDROID_CONTROL_AF_STATE_INACTIVE;
-            if (writeByte(result->mMetadata, ANDROID_CONTROL_AF_STATE, state) == OK) {
+            if (vantu::setByte(result->mMetadata, ANDROID_CONTROL_AF_STATE, state) == OK) {
                 if (EXT_LOG_ON()) {
                     EXT_LOG(1, "%s: update afstate for frame(%u) to %d", __func__, frameNumber,
                             state);
@@ -274,7 +259,7 @@ bool CameraServiceExtImpl::beforeMetadataSendToApp(CaptureResult* result, uint32
 void CameraServiceExtImpl::printAeAfTriggerForDebug(const camera_metadata* request,
                                                     uint32_t frameNumber) {
     uint8_t value = 0;
-    if (readByte(request, ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER, &value)) {
+    if (vantu::firstByte(request, ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER, &value)) {
         if (const char* word = triggerWord(value)) {
             EXT_LOG(1, "%s: (frame num %u) Request had AE trigger 0x%x %s", __func__, frameNumber,
                     value, word);
@@ -282,7 +267,7 @@ void CameraServiceExtImpl::printAeAfTriggerForDebug(const camera_metadata* reque
     } else {
         EXT_LOG(1, "%s: (frame num %u) Request had no AE trigger", __func__, frameNumber);
     }
-    if (readByte(request, ANDROID_CONTROL_AF_TRIGGER, &value)) {
+    if (vantu::firstByte(request, ANDROID_CONTROL_AF_TRIGGER, &value)) {
         if (const char* word = triggerWord(value)) {
             EXT_LOG(1, "%s: (frame num %u) Request had AF trigger 0x%x %s", __func__, frameNumber,
                     value, word);
