@@ -150,7 +150,7 @@ CameraMetadata readCharacteristics(Reader& in) {
                                  : static_cast<uint8_t>(get_camera_metadata_tag_type(tag));
         const size_t count = in.u16() % (kMaxCount + 1);
         values.assign(count * camera_metadata_type_size[type], 0);
-        in.bytes(values.data(), values.size());
+        in.fill(values.data(), values.size());
         addEntry(packet, tag, type, values.data(), count);
     }
     return CameraMetadata(packet);

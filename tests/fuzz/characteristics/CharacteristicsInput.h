@@ -24,6 +24,7 @@
 #include <string>
 #include <vector>
 
+#include "common/InputReader.h"
 namespace charfuzz {
 
 // The tags the query reads or edits, and two it must leave alone.
@@ -50,31 +51,7 @@ constexpr uint8_t kOwnType = 0xff;
 
 enum Switches : uint8_t { kLogOn = 1 << 0, kCameraOpen = 1 << 1 };
 
-// Reads bytes from the front of the input; past the end every read gives zero.
-class Reader {
-public:
-    Reader(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
-    bool empty() const { return mPos >= mSize; }
-    uint8_t u8() { return mPos < mSize ? mData[mPos++] : 0; }
-    uint16_t u16() {
-        const uint16_t low = u8();
-        return static_cast<uint16_t>(low | (u8() << 8));
-    }
-    std::string text() {
-        std::string out;
-        for (size_t n = u8(); n > 0 && !empty(); --n) out.push_back(static_cast<char>(u8()));
-        return out;
-    }
-    // `count` bytes; zeros for those the input does not hold.
-    void bytes(uint8_t* out, size_t count) {
-        for (size_t i = 0; i < count; ++i) out[i] = u8();
-    }
-
-private:
-    const uint8_t* mData;
-    size_t mSize;
-    size_t mPos = 0;
-};
+using Reader = fuzzworld::InputReader;
 
 // Builds inputs in the format above.
 class Writer {

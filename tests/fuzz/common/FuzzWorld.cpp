@@ -79,3 +79,11 @@ FILE* nullStream() {
 }
 
 }  // namespace fuzzworld
+
+// The parser targets' start-up: quiet logs and the device root. A target that needs more
+// defines its own, which takes the place of this weak one.
+extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+    fuzzworld::quietLogs();
+    fuzzworld::useDeviceRoot();
+    return 0;
+}

@@ -2,7 +2,8 @@
  * What the parser fuzz targets share: a quiet platform log with the information lines on (so
  * their formats meet every value an input carries), one temporary device root for the process,
  * files written into it, and names picked out of an input so that lookups hit what the input
- * defines.
+ * defines. The library's weak LLVMFuzzerInitialize sets up the first two; a target that needs
+ * more defines its own.
  */
 #pragma once
 

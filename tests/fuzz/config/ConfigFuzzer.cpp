@@ -129,12 +129,6 @@ void lint(const std::string& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzzworld::quietLogs();
-    fuzzworld::useDeviceRoot();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzzworld::useDeviceRoot();
     fuzzworld::writeDeviceFile(kConfigPath, data, size);

@@ -246,3 +246,9 @@ std::vector<int> configure(Session& session, const android::CameraMetadata& para
 }
 
 }  // namespace hookfuzz
+
+// The start-up of every target built on this world.
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+    hookfuzz::initWorld();
+    return 0;
+}

@@ -28,6 +28,7 @@
 #include <string>
 #include <vector>
 
+#include "common/InputReader.h"
 namespace hookfuzz {
 
 // The camera provider of every packet; its descriptor declares the library's vendor tags.
@@ -39,35 +40,7 @@ constexpr size_t kMaxEntries = 48;
 // A repeated-byte entry may hold up to this many values (a result of over 1 MiB).
 constexpr size_t kMaxFillCount = 1u << 16;
 
-// Reads bytes from the front of the input; past the end every read gives zero.
-class Reader {
-public:
-    Reader(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
-
-    bool empty() const { return mPos >= mSize; }
-    size_t remaining() const { return mSize - mPos; }
-
-    uint8_t u8() { return mPos < mSize ? mData[mPos++] : 0; }
-    uint16_t u16() { return static_cast<uint16_t>(u8() | (u8() << 8)); }
-    uint32_t u32() {
-        uint32_t v = 0;
-        for (int i = 0; i < 4; ++i) v |= static_cast<uint32_t>(u8()) << (8 * i);
-        return v;
-    }
-    uint64_t u64() {
-        const uint64_t low = u32();
-        return low | (static_cast<uint64_t>(u32()) << 32);
-    }
-    // `count` bytes into `out` (zeros past the end of the input).
-    void fill(uint8_t* out, size_t count) {
-        for (size_t i = 0; i < count; ++i) out[i] = u8();
-    }
-
-private:
-    const uint8_t* mData;
-    size_t mSize;
-    size_t mPos = 0;
-};
+using Reader = fuzzworld::InputReader;
 
 // The tags an input names by a palette index: the standard tags the request and result rules
 // read or write, a few others, and every vendor tag of the library by name.

@@ -233,11 +233,6 @@ private:
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    hookfuzz::initWorld();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     hookfuzz::Reader in(data, size);
     hookfuzz::Session session(in);

@@ -62,12 +62,6 @@ void checkRoundTrip(const Json& value) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzzworld::quietLogs();
-    fuzzworld::useDeviceRoot();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzzworld::useDeviceRoot();
     static const camext::sim::TagChecker tags = camext::sim::tagChecker();

@@ -49,12 +49,6 @@ bool expected(const JsonParserZumio* file, const std::string& package, const std
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzzworld::quietLogs();
-    fuzzworld::useDeviceRoot();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzzworld::useDeviceRoot();
     const uint8_t choices = size > 0 ? data[0] : 0;

@@ -49,6 +49,7 @@
 #include <string>
 #include <vector>
 
+#include "common/InputReader.h"
 namespace transactfuzz {
 
 enum ItemKind : uint8_t {
@@ -114,49 +115,7 @@ constexpr const char* kPackages[] = {
 };
 constexpr size_t kPackageCount = sizeof(kPackages) / sizeof(kPackages[0]);
 
-// Reads bytes from the front of the input; past the end every read gives zero.
-class Reader {
-public:
-    Reader(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
-
-    bool empty() const { return mPos >= mSize; }
-    size_t remaining() const { return mSize - mPos; }
-    const uint8_t* rest() const { return mData + mPos; }
-
-    uint8_t u8() { return mPos < mSize ? mData[mPos++] : 0; }
-    uint16_t u16() {
-        const uint16_t low = u8();
-        return static_cast<uint16_t>(low | (u8() << 8));
-    }
-    uint32_t u32() {
-        uint32_t v = 0;
-        for (int i = 0; i < 4; ++i) v |= static_cast<uint32_t>(u8()) << (8 * i);
-        return v;
-    }
-    uint64_t u64() {
-        const uint64_t low = u32();
-        return low | (static_cast<uint64_t>(u32()) << 32);
-    }
-    // Up to `count` bytes, fewer when the input ends first.
-    std::vector<uint8_t> bytes(size_t count) {
-        const size_t n = count < remaining() ? count : remaining();
-        std::vector<uint8_t> out(mData + mPos, mData + mPos + n);
-        mPos += n;
-        return out;
-    }
-    // A reader of the next `count` bytes (fewer when the input ends first), which it skips.
-    Reader sub(size_t count) {
-        const size_t n = count < remaining() ? count : remaining();
-        Reader r(mData + mPos, n);
-        mPos += n;
-        return r;
-    }
-
-private:
-    const uint8_t* mData;
-    size_t mSize;
-    size_t mPos = 0;
-};
+using Reader = fuzzworld::InputReader;
 
 // Builds a transaction's parcel in the structured form.
 class ParcelWriter {
