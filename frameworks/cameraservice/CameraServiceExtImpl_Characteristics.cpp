@@ -7,6 +7,7 @@
 
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
+#include "utils/MetadataEntries.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -65,9 +66,7 @@ status_t CameraServiceExtImpl::getCameraCharacteristics(const String16& cameraId
     if (strncmp(package.string(), kVerifierPackage, kVerifierPrefixLength) == 0) {
         EXT_LOG(0, "%s, verifier case", "getCameraCharacteristics");
         // Every copy, should a faulty packet hold the tag more than once.
-        while (info->exists(ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES) &&
-               info->erase(ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES) == OK) {
-        }
+        vantu::eraseEntries(*info, ANDROID_STATISTICS_INFO_AVAILABLE_FACE_DETECT_MODES);
         limitSizeListForCtsVerifier(info, cameraId);
     }
     if (EXT_LOG_ON()) EXT_LOG(1, "%s, packageName = %s", __func__, package.string());

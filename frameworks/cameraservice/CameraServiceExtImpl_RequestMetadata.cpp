@@ -8,7 +8,7 @@
 #include <cinttypes>
 
 #include "CameraServiceExtImpl.h"
-#include "utils/MetadataBytes.h"
+#include "utils/MetadataEntries.h"
 #include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
@@ -266,7 +266,7 @@ void CameraServiceExtImpl::onPrepareHalRequestsUpdateMetadata(CameraMetadata& re
             }
             const int64_t state = static_cast<int64_t>(static_cast<uint64_t>(mDeviceState));
             if (tag != 0) {
-                vantu::eraseVendorEntries(request, tag);
+                vantu::eraseEntries(request, tag);
                 request.update(tag, &state, 1);
             }
             if (EXT_LOG_ON()) {

@@ -8,7 +8,7 @@
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
 #include "utils/KeyedLookup.h"
-#include "utils/MetadataBytes.h"
+#include "utils/MetadataEntries.h"
 #include "utils/RequestSwitches.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"

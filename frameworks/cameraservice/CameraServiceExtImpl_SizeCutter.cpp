@@ -8,6 +8,7 @@
 
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
+#include "utils/MetadataEntries.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -88,11 +89,7 @@ void CameraServiceExtImpl::limitSize(int maxWidth, int maxHeight, CameraMetadata
     // whole packet, while after an erase the kept entries fit in the space it freed. A faulty
     // packet can hold the tag more than once, and the update would land on the next copy, of
     // whatever type and size it has: every copy goes.
-    size_t copies = 0;
-    while (info->exists(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS) &&
-           info->erase(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS) == OK) {
-        ++copies;
-    }
+    const size_t copies = vantu::eraseEntries(*info, ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS);
     if (copies > 1) {
         EXT_LOG(0, "%s, stream configurations given %zu times, only the first kept", __func__,
                 copies);

@@ -3,6 +3,7 @@
 #include <camera/CameraMetadata.h>
 #include <camera/VendorTagDescriptor.h>
 
+#include "utils/MetadataEntries.h"
 #include "utils/VantuLog.h"
 
 namespace android {
@@ -18,14 +19,6 @@ bool findVendorTag(const char* name, uint64_t vendorId, uint32_t* tag) {
     return CameraMetadata::getTagFromName(name, descriptor.get(), tag) == OK;
 }
 
-bool eraseVendorEntries(CameraMetadata& metadata, uint32_t tag) {
-    const CameraMetadata& view = metadata;
-    while (view.exists(tag)) {
-        if (metadata.erase(tag) != OK) return false;
-    }
-    return true;
-}
-
 void writeVendorTag(CameraMetadata& metadata, const char* caller, const char* name, uint8_t type,
                     const void* data, size_t count, uint64_t vendorId, bool add) {
     uint32_t tag = 0;
@@ -37,10 +30,10 @@ void writeVendorTag(CameraMetadata& metadata, const char* caller, const char* na
         const status_t res = metadata.erase(tag);
         if (res != OK) EXT_LOG(0, "%s: metadata erase fail! res = %d", caller, res);
         // The write before the configuration left one entry; an app's duplicates went with it.
-        if (res == OK) eraseVendorEntries(metadata, tag);
+        if (res == OK) eraseEntries(metadata, tag);
         return;
     }
-    eraseVendorEntries(metadata, tag);
+    eraseEntries(metadata, tag);
     camera_metadata_ro_entry entry = {};
     entry.tag = tag;
     entry.type = type;

@@ -22,14 +22,6 @@ namespace vantu {
 // Resolves `name` to its tag id in *tag. False when no descriptor knows it.
 bool findVendorTag(const char* name, uint64_t vendorId, uint32_t* tag);
 
-// Erases every entry of the vendor tag `tag`, so that the write that follows adds the only one.
-// Every writer of a vendor tag calls it first: a packet may hold an entry of another type (from a
-// provider that declares the tag differently), which updated in place would take as many bytes as
-// its own type needs from the library's value, or several entries of the tag (validation does not
-// refuse them), of which an update or an erase reaches only the first. False when an entry stays
-// (a locked packet).
-bool eraseVendorEntries(CameraMetadata& metadata, uint32_t tag);
-
 // Writes (`add`) the entry `name` = `count` values of `type` at `data` into `metadata`, or erases
 // it (`add` false; `data` and `count` unused). A tag no descriptor knows is skipped with a debug
 // line; a failed write or erase is logged as an error. `caller` names the operation in the lines.

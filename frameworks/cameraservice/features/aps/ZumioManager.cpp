@@ -7,6 +7,7 @@
 
 #include "features/aps/JsonParserZumio.h"
 #include "utils/JsonParser.h"
+#include "utils/MetadataEntries.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
 
@@ -198,7 +199,7 @@ bool ZumioManager::writeTag(const CameraMetadata& sessionParams, uint32_t tag, c
                             const char* caller) {
     // The server hands the session parameters as const; the HAL reads them after this hook.
     CameraMetadata& params = const_cast<CameraMetadata&>(sessionParams);
-    vantu::eraseVendorEntries(params, tag);
+    vantu::eraseEntries(params, tag);
     const status_t res = params.update(tag, text);
     if (res != OK) {
         EXT_LOG(0, "%s: APS2Zumio metadata update failed! res = %d", caller, res);

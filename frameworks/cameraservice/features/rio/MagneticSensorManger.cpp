@@ -12,6 +12,7 @@
 
 #include "CameraServiceExtImpl.h"
 #include "utils/JsonParser.h"
+#include "utils/MetadataEntries.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
 
@@ -257,7 +258,7 @@ void MagnecticSensorManager::setTorchIntensity(CameraMetadata& request, uint32_t
     int32_t value = torchIntensityAdapter(mCurrentIso, requested);
     const int32_t forced = property_get_int32("camera.debug.torch.intensity", -1);
     if (forced != -1) value = forced;
-    vantu::eraseVendorEntries(request, tag);
+    vantu::eraseEntries(request, tag);
     if (request.update(tag, &value, 1) != OK) {
         EXT_LOG(0, "[RIO-Torch] %s: updatea torchIntensityTag failed, ignoring", __func__);
     } else if (EXT_LOG_ON()) {

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "features/thermal/ThermalService.h"
+#include "utils/MetadataEntries.h"
 #include "utils/VantuLog.h"
 #include "utils/VendorTagLookup.h"
 
@@ -72,7 +73,7 @@ void writeThermalTag(ThermalSampling& sampling, uint64_t vendorId, CameraMetadat
     data[3] = sampling.lastSent[ThermalService::kGpu];
     data[10] = sampling.lastSent[ThermalService::kSkin];
     data[11] = sampling.lastSent[ThermalService::kBattery];
-    vantu::eraseVendorEntries(request, tag);
+    vantu::eraseEntries(request, tag);
     request.update(tag, data, kThermalTagCount);
     if (!EXT_LOG_ON()) return;
     camera_metadata_entry_t entry = request.find(tag);

@@ -1,11 +1,13 @@
 /*
- * One-byte entries of requests and results (triggers, modes, 3A states): read with their type
- * checked, written in place when the packet already holds the entry as one byte.
+ * Small entry operations of requests, results and characteristics: one-byte entries (triggers,
+ * modes, 3A states) read with their type checked and written in place when the packet already
+ * holds them as one byte, and the erasing of every entry of a tag.
  */
-#ifndef VANTU_CAMERASERVICE_UTILS_METADATABYTES_H
-#define VANTU_CAMERASERVICE_UTILS_METADATABYTES_H
+#ifndef VANTU_CAMERASERVICE_UTILS_METADATAENTRIES_H
+#define VANTU_CAMERASERVICE_UTILS_METADATAENTRIES_H
 
 #include <camera/CameraMetadata.h>
+#include <stddef.h>
 #include <stdint.h>
 #include <system/camera_metadata.h>
 #include <utils/Errors.h>
@@ -42,7 +44,20 @@ inline status_t setByte(CameraMetadata& metadata, uint32_t tag, uint8_t value) {
     return metadata.update(tag, &value, 1);
 }
 
+// Erases every entry of `tag` and answers how many went. Every writer of a vendor tag calls it
+// first, so that its write adds the only entry: a packet may hold an entry of another type (from
+// a provider that declares the tag differently), which updated in place would take as many bytes
+// as its own type needs from the library's value, or several entries of a tag (validation does
+// not refuse them), of which an update or an erase reaches only the first. An entry stays only
+// in a packet that will not change (a locked one).
+inline size_t eraseEntries(CameraMetadata& metadata, uint32_t tag) {
+    const CameraMetadata& view = metadata;
+    size_t erased = 0;
+    while (view.exists(tag) && metadata.erase(tag) == OK) ++erased;
+    return erased;
+}
+
 }  // namespace vantu
 }  // namespace android
 
-#endif  // VANTU_CAMERASERVICE_UTILS_METADATABYTES_H
+#endif  // VANTU_CAMERASERVICE_UTILS_METADATAENTRIES_H
