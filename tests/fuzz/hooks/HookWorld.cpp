@@ -245,6 +245,21 @@ std::vector<int> configure(Session& session, const android::CameraMetadata& para
     return hardware;
 }
 
+uint32_t nextFrame(Reader& in, uint32_t previous) {
+    switch (in.u8()) {
+        case 0:
+            return 0;
+        case 1:
+            return UINT32_MAX;
+        case 2:
+            return previous + 1;
+        case 3:
+            return previous - 1;
+        default:
+            return in.u32();
+    }
+}
+
 }  // namespace hookfuzz
 
 // The start-up of every target built on this world.

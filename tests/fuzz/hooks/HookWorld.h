@@ -109,4 +109,8 @@ std::vector<int> configure(Session& session, const android::CameraMetadata& para
 // Aborts with `what` when `cond` is false (the fuzzer reports the abort with its input).
 void check(bool cond, const char* what);
 
+// The frame number after `previous` as the input picks it: 0, 2^32-1, the next, the one before
+// (a restarted numbering) or any.
+uint32_t nextFrame(Reader& in, uint32_t previous);
+
 }  // namespace hookfuzz

@@ -54,22 +54,6 @@ bool mayAdd(uint32_t tag) {
     return false;
 }
 
-uint32_t nextFrame(hookfuzz::Reader& in, uint32_t previous) {
-    switch (const uint8_t kind = in.u8()) {
-        case 0:
-            return 0;
-        case 1:
-            return UINT32_MAX;
-        case 2:
-            return previous + 1;
-        case 3:
-            return previous - 1;
-        default:
-            (void)kind;
-            return in.u32();
-    }
-}
-
 void runRequest(hookfuzz::Reader& in, hookfuzz::Session& session, uint32_t frame) {
     android::CameraServiceExtImpl& ext = session.ext();
     const uint8_t flags = in.u8();
@@ -131,7 +115,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const size_t requests = in.u8() % kMaxRequests;
     uint32_t frame = 0;
     for (size_t i = 0; i < requests && !in.empty(); ++i) {
-        frame = nextFrame(in, frame);
+        frame = hookfuzz::nextFrame(in, frame);
         runRequest(in, session, frame);
     }
     return 0;

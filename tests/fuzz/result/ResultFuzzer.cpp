@@ -41,21 +41,6 @@ constexpr size_t kMaxSteps = 32;
 const int kMetaFormats[] = {HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, HAL_PIXEL_FORMAT_YCBCR_420_888,
                             HAL_PIXEL_FORMAT_BLOB, HAL_PIXEL_FORMAT_RGBA_8888};
 
-uint32_t nextFrame(hookfuzz::Reader& in, uint32_t previous) {
-    switch (in.u8()) {
-        case 0:
-            return 0;
-        case 1:
-            return UINT32_MAX;
-        case 2:
-            return previous + 1;
-        case 3:
-            return previous - 1;
-        default:
-            return in.u32();
-    }
-}
-
 // One entry as bytes: tag, type, count and values.
 using Entries = std::map<uint32_t, std::vector<uint8_t>>;
 
@@ -136,7 +121,7 @@ public:
 
 private:
     void request() {
-        mFrame = nextFrame(mIn, mFrame);
+        mFrame = hookfuzz::nextFrame(mIn, mFrame);
         android::CameraMetadata settings;
         hostctl::setMetadataVendorId(&settings, hookfuzz::kProvider);
         hookfuzz::decodeMetadata(mIn, &settings);
@@ -149,7 +134,7 @@ private:
     }
 
     void result() {
-        const uint32_t frame = nextFrame(mIn, mFrame);
+        const uint32_t frame = hookfuzz::nextFrame(mIn, mFrame);
         const uint8_t flags = mIn.u8();
         android::CaptureResult result;
         hostctl::setMetadataVendorId(&result.mMetadata, hookfuzz::kProvider);
